@@ -1,0 +1,26 @@
+#include "Record.h"
+
+namespace kelm::sim {
+
+Record Record::parse(const QByteArray& raw)
+{
+    Record r;
+    r.raw = raw;
+    if (raw.isEmpty())
+        return r;
+    r.code = raw[0];
+    r.wellFormed = raw.size() >= 2 && raw[1] == '/' && raw.endsWith('/');
+    if (!r.wellFormed)
+        return r;
+    const QByteArray body = raw.mid(2); // after "c/", up to the closing "/"
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < body.size(); ++i) {
+        if (body[i] == '/') {
+            r.fields.append(body.mid(start, i - start));
+            start = i + 1;
+        }
+    }
+    return r;
+}
+
+} // namespace kelm::sim

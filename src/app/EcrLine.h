@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/Configuration.h"
+#include "link/Clock.h"
+#include "link/EcrLink.h"
+#include "link/LinePeer.h"
+#include "link/Port.h"
+
+#include <memory>
+
+namespace kelm {
+
+// The one line to the register as configured: a serial device, or the
+// built-in virtual ECR, with the real clock. Owned by whoever runs the
+// exchanges (the send command, the session's worker) and used on its thread.
+class EcrLine {
+public:
+    explicit EcrLine(const ConfigPC& config);
+    ~EcrLine();
+
+    // Opens with the configured name and speed. On failure the port holds
+    // Invalid (or stays Closed for an unusable speed) and openError() says why.
+    bool open();
+    void close();
+
+    const QString& name() const { return name_; }
+    const QString& openError() const { return openError_; }
+    Port& port() { return *port_; }
+    EcrLink& link() { return link_; }
+
+private:
+    SystemClock clock_;
+    QString name_;
+    qint32 speed_;
+    std::unique_ptr<LinePeer> peer_;
+    std::unique_ptr<Port> port_;
+    EcrLink link_;
+    QString openError_;
+};
+
+} // namespace kelm
