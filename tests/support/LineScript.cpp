@@ -1,0 +1,94 @@
+#include "LineScript.h"
+
+#include "link/Framing.h"
+
+#include <QRegularExpression>
+
+using namespace kelm::frame;
+
+namespace linescript {
+
+namespace {
+
+struct Name {
+    const char* text;
+    quint8 value;
+};
+constexpr Name kNames[] = {{"STX", STX}, {"ETX", ETX}, {"ENQ", ENQ},
+                           {"ACK", ACK}, {"NAK", NAK}, {"CAN", CAN}};
+
+} // namespace
+
+QList<Step> parse(const QString& script)
+{
+    QList<Step> steps;
+    qint64 delay = 0;
+    static const QRegularExpression token(QStringLiteral(R"(<([A-Z]{3})>|\{(\d+)\}|(.))"),
+                                          QRegularExpression::DotMatchesEverythingOption);
+    for (auto it = token.globalMatch(script); it.hasNext();) {
+        const auto m = it.next();
+        if (m.hasCaptured(1)) {
+            bool known = false;
+            for (const Name& n : kNames)
+                if (m.captured(1) == QLatin1String(n.text)) {
+                    steps.append({delay, n.value});
+                    known = true;
+                }
+            Q_ASSERT_X(known, "linescript::parse", "unknown control byte name");
+            delay = 0;
+        } else if (m.hasCaptured(2)) {
+            delay += m.captured(2).toLongLong();
+        } else {
+            steps.append({delay, static_cast<quint8>(m.captured(3).at(0).toLatin1())});
+            delay = 0;
+        }
+    }
+    return steps;
+}
+
+QString render(const QByteArray& bytes)
+{
+    QString out;
+    for (char c : bytes) {
+        const auto value = static_cast<quint8>(c);
+        bool named = false;
+        for (const Name& n : kNames)
+            if (n.value == value) {
+                out += u'<' + QLatin1String(n.text) + u'>';
+                named = true;
+            }
+        if (!named)
+            out += QChar(value);
+    }
+    return out;
+}
+
+} // namespace linescript
+
+void ScriptedPeer::answer(QStringList& queue, qint64 nowMs, QList<kelm::TimedByte>& reply)
+{
+    if (queue.isEmpty())
+        return;
+    qint64 at = nowMs;
+    for (const linescript::Step& step : linescript::parse(queue.takeFirst())) {
+        at += step.delayMs;
+        reply.append({at, step.value});
+    }
+}
+
+void ScriptedPeer::receive(quint8 value, qint64 nowMs, QList<kelm::TimedByte>& reply)
+{
+    written_.append(static_cast<char>(value));
+    if (inFrame_) {
+        if (value == ETX) {
+            inFrame_ = false;
+            answer(frameReplies, nowMs, reply);
+        }
+    } else if (value == STX) {
+        inFrame_ = true;
+    } else if (value == ENQ) {
+        answer(enqReplies, nowMs, reply);
+    } else if (value == NAK) {
+        answer(nakReplies, nowMs, reply);
+    }
+}
