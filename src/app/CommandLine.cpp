@@ -19,6 +19,10 @@ CommandLine ParseCommandLine(const QStringList& arguments)
             cl.home = word.mid(7);
         } else if (word == QStringLiteral("--help") || word == QStringLiteral("-h")) {
             cl.mode = CommandLine::Mode::Help;
+        } else if (word == QStringLiteral("--headless")) {
+            cl.mode = CommandLine::Mode::Headless;
+        } else if (word == QStringLiteral("--verbose")) {
+            cl.verbose = true;
         } else if (word == QStringLiteral("--version")) {
             cl.mode = CommandLine::Mode::Version;
         } else if (sending) {
@@ -49,12 +53,17 @@ QString UsageText()
         "KelmDrev - driver and configuration tool for a fiscal cash register (ECR)\n"
         "\n"
         "Usage:\n"
+        "  kelmdrev --headless [--home DIR] [--verbose] [/TESTMODE]\n"
+        "                                          driver mode without a window: takes the receipt\n"
+        "                                          files of the server directory until SIGINT/SIGTERM\n"
         "  kelmdrev send [--home DIR] RECORD...    send each record to the ECR and print\n"
         "                                          result <TAB> answer, one line per record\n"
         "\n"
         "Options:\n"
         "  --home DIR   folder of KelmDrev.ini and FileExt.ini (default: the program's\n"
         "               folder when writable, else the per-user configuration folder)\n"
+        "  --headless   run driver mode with no window\n"
+        "  --verbose    with --headless: print the run-time list on standard output\n"
         "  --version    print the version\n"
         "  -h, --help   this text\n"
         "  /TESTMODE    test mode: receipt files are copied, not renamed (any case)\n"

@@ -6,10 +6,11 @@
 namespace kelm {
 
 struct CommandLine {
-    enum class Mode { Window, Send, Help, Version };
+    enum class Mode { Window, Headless, Send, Help, Version };
     Mode mode = Mode::Window;
     QString home;          // --home DIR
     QStringList records;   // send RECORD…
+    bool verbose = false;  // --verbose
     bool testMode = false; // what is left, upper-cased, is exactly "/TESTMODE"
     QString error;         // not empty when the words make no sense
 };

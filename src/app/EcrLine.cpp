@@ -2,22 +2,36 @@
 
 #include "app/PortName.h"
 #include "link/SerialPort.h"
+#include "link/VirtualLinePort.h"
+#include "sim/VirtualEcr.h"
 
 namespace kelm {
 
 namespace {
 
-std::unique_ptr<Port> makePort(const ConfigPC& config)
+std::unique_ptr<sim::VirtualEcr> makeVirtualEcr(const QString& programFolder)
 {
-    Q_UNUSED(config);
-    return std::make_unique<SerialPort>();
+    sim::VirtualEcrOptions options;
+    options.journalPath = programFolder + QStringLiteral("/virtual-ecr-journal.txt");
+    options.paperPath = programFolder + QStringLiteral("/virtual-ecr-paper.txt");
+    return std::make_unique<sim::VirtualEcr>(options);
 }
 
 } // namespace
 
-EcrLine::EcrLine(const ConfigPC& config)
-    : name_(SystemPortName(config)), speed_(config.speed), port_(makePort(config)),
-      link_(*port_, clock_)
+EcrLine::EcrLine(const ConfigPC& config, const QString& programFolder)
+    : name_(SystemPortName(config)), speed_(config.speed),
+      link_([&]() -> Port& {
+          if (IsVirtualDevice(config)) {
+              auto ecr = makeVirtualEcr(programFolder);
+              peerError_ = ecr->startError();
+              port_ = std::make_unique<VirtualLinePort>(*ecr, clock_);
+              peer_ = std::move(ecr);
+          } else {
+              port_ = std::make_unique<SerialPort>();
+          }
+          return *port_;
+      }(), clock_)
 {
 }
 
@@ -29,9 +43,11 @@ EcrLine::~EcrLine()
 bool EcrLine::open()
 {
     openError_.clear();
-    if (port_->open(name_, speed_))
+    if (peerError_.isEmpty() && port_->open(name_, speed_))
         return true;
     openError_ = QStringLiteral("Impossibile Aprire Porta ") + name_;
+    if (!peerError_.isEmpty())
+        openError_ += QStringLiteral(" (") + peerError_ + u')';
     if (auto* serial = dynamic_cast<SerialPort*>(port_.get()); serial && !serial->lastError().isEmpty())
         openError_ += QStringLiteral(" (") + serial->lastError() + u')';
     return false;

@@ -15,7 +15,9 @@ namespace kelm {
 // exchanges (the send command, the session's worker) and used on its thread.
 class EcrLine {
 public:
-    explicit EcrLine(const ConfigPC& config);
+    // The virtual ECR, when configured, keeps its journal and paper roll in
+    // `programFolder`.
+    EcrLine(const ConfigPC& config, const QString& programFolder);
     ~EcrLine();
 
     // Opens with the configured name and speed. On failure the port holds
@@ -32,6 +34,7 @@ private:
     SystemClock clock_;
     QString name_;
     qint32 speed_;
+    QString peerError_;
     std::unique_ptr<LinePeer> peer_;
     std::unique_ptr<Port> port_;
     EcrLink link_;

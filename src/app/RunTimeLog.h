@@ -42,6 +42,7 @@ public:
     void setEnabled(bool on) { enabled_ = on; }
     void setServerDir(const QString& dir) { serverDir_ = dir; }
     void setLogName(const QString& name) { logName_ = name; }
+    const QString& logName() const { return logName_; }
 
     void WriteLog(const QString& message, const QString& record) const;
 

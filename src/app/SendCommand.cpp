@@ -38,7 +38,7 @@ int RunSendCommand(const CommandLine& commandLine, QTextStream& out, QTextStream
         err << "Configurazione incompleta in " << ini.path() << Qt::endl;
         return 2;
     }
-    EcrLine line(config);
+    EcrLine line(config, folder);
     if (!line.open()) {
         err << line.openError() << Qt::endl;
         return 2;

@@ -1,0 +1,299 @@
+#include "server/ReceiptServer.h"
+
+#include "app/ServerDirectory.h"
+#include "link/CodePage.h"
+#include "link/EcrErrors.h"
+#include "server/CommandTable.h"
+#include "server/EcrState.h"
+#include "server/FileMask.h"
+#include "server/ReceiptLines.h"
+
+#include <QFile>
+
+namespace kelm::server {
+
+namespace {
+
+const QString kLinkLostMessage =
+    QStringLiteral("Comunicazione impossibile ! Cassa spenta o cavo interrotto o velocità errata");
+const QString kPaperMessage = QStringLiteral("Sostituire rotolo scontrino");
+const QString kFatalMessage = QStringLiteral("errore grave. Chiamare Casa madre");
+const QString kStatusQuery = QStringLiteral("?/");
+
+// What the run-time list adds after an ECR error, by its class.
+QString classAction(qint16 errorClass)
+{
+    switch (errorClass) {
+    case errclass::Busy:
+        return QStringLiteral(" Ripeto comando");
+    case errclass::Refused:
+        return QStringLiteral(" Ignoro l'errore");
+    case 3: // no error carries it today; the register may one day
+        return QStringLiteral(" Ricontrollo stato ECR e continuo ignorando");
+    case errclass::Paper:
+        return QStringLiteral(" Ricontrollo stato ECR e ripeto comando");
+    default:
+        return QString();
+    }
+}
+
+} // namespace
+
+ReceiptServer::ReceiptServer(EcrLink& link, Operator& op, RunTimeLog& log, Settings settings,
+                             const std::atomic<bool>* stop, Now now)
+    : link_(link), op_(op), log_(log), settings_(std::move(settings)), now_(std::move(now)), stop_(stop)
+{
+}
+
+void ReceiptServer::list(const QString& entry)
+{
+    if (runTimeListOn)
+        op_.addRunTimeEntry(entry);
+}
+
+bool ReceiptServer::pause(qint64 ms)
+{
+    link_.clock().sleepMs(ms);
+    return !stopRequested();
+}
+
+void ReceiptServer::linkLost(const QString& record)
+{
+    list(kEcrTag + kLinkLostMessage);
+    log_.WriteLog(kLinkLostMessage, record);
+}
+
+QString ReceiptServer::statusQuery()
+{
+    link_.SendFrame(kStatusQuery);
+    QString answer;
+    link_.ReceiveAnswer(answer);
+    return answer;
+}
+
+void ReceiptServer::setQueue(QStringList lines)
+{
+    queue = std::move(lines);
+    op_.queueChanged(queue);
+}
+
+ReceiptServer::SendOutcome ReceiptServer::SendRecord(const QString& record)
+{
+    for (;;) { // each round sends the record once more
+        if (link_.LinkHandshake() > 0) {
+            linkLost(record);
+            return SendOutcome::LinkLost;
+        }
+        if (link_.SendFrame(record) == link::NakToFrame) {
+            if (!pause(1000))
+                return SendOutcome::Stopped;
+            continue;
+        }
+        answer_.clear();
+        link_.ReceiveAnswer(answer_);
+
+        if (answer_.isEmpty()) {
+            // No answer: ask the register for its error state; "00" means
+            // the record did not get through and goes again, anything else
+            // that it did and failed, and it is given up.
+            link_.LinkHandshake();
+            if (!pause(100))
+                return SendOutcome::Stopped;
+            if (statusQuery().startsWith(QStringLiteral("00")))
+                continue;
+            return SendOutcome::Done;
+        }
+
+        paperOut_ = paperOutAfter(answer_, paperOut_);
+        if (paperOut_) {
+            list(kEcrTag + kPaperMessage);
+            if (!pause(2000))
+                return SendOutcome::Stopped;
+            log_.WriteLog(kPaperMessage, record);
+            continue;
+        }
+
+        // Evaluate the answer; classes 3 and 4 evaluate the status query's
+        // answer in its place until it settles.
+        QString evaluated = answer_;
+        bool resend = false;
+        while (!resend) {
+            const QString status = evaluated.left(2);
+            if (status == QStringLiteral("00"))
+                return SendOutcome::Done;
+            QString message;
+            const qint16 errorClass = EcrErrorMessage(status, message);
+            QString number = status;
+            // The log gets the refusal line; its "26" ending keeps busy
+            // repeats out of the log file.
+            const QString refusal = CommandErrorText(number, record);
+            if (errorClass == errclass::Unknown)
+                return SendOutcome::Done;
+            log_.WriteLog(refusal, record);
+            if (errorClass == errclass::Fatal) {
+                log_.WriteLog(kFatalMessage, record);
+                op_.showMessage(kFatalMessage, QStringLiteral("ATTENZIONE"), Operator::Icon::Critical);
+                setQueue({});
+                ReceiptOpen = false;
+                return SendOutcome::Done;
+            }
+            const QString action = classAction(errorClass);
+            if (action.isEmpty())
+                return SendOutcome::Done;
+            list(QStringLiteral("ECR-errore :") + number + u'-' + message + action);
+            switch (errorClass) {
+            case errclass::Busy:
+                if (!pause(100))
+                    return SendOutcome::Stopped;
+                resend = true;
+                break;
+            case errclass::Refused:
+                return SendOutcome::Done;
+            case 3:
+                link_.LinkHandshake();
+                if (!pause(2000))
+                    return SendOutcome::Stopped;
+                evaluated = statusQuery();
+                break;
+            case errclass::Paper:
+                link_.LinkHandshake();
+                if (!pause(3000))
+                    return SendOutcome::Stopped;
+                evaluated = statusQuery();
+                if (evaluated.startsWith(QStringLiteral("00"))) {
+                    if (!pause(3000))
+                        return SendOutcome::Stopped;
+                    resend = true;
+                } else {
+                    if (!pause(500))
+                        return SendOutcome::Stopped;
+                    link_.LinkHandshake();
+                }
+                break;
+            default:
+                return SendOutcome::Done;
+            }
+        }
+    }
+}
+
+void ReceiptServer::ProcessReceiptQueue()
+{
+    while (!queue.isEmpty() && !stopRequested()) {
+        const QString line = queue.takeFirst();
+        op_.queueChanged(queue);
+        list(kPcToEcrTag + line);
+        const std::optional<QString> normalized = normalizeQueueLine(line);
+        if (!normalized)
+            continue;
+        const ItemLineRewrite rewrite = rewriteItemLine(*normalized, settings_.itemLines);
+        if (!rewrite.logMessage.isEmpty())
+            log_.WriteLog(rewrite.logMessage, *normalized);
+        const CommandDecision decision = decideCommand(rewrite.line, ReceiptOpen);
+        ReceiptOpen = decision.receiptOpen;
+        switch (decision.action) {
+        case CommandAction::WriteSnapshot:
+            if (!WriteSnapshotFile())
+                return;
+            break;
+        case CommandAction::Skip:
+            if (!decision.logMessage.isEmpty())
+                log_.WriteLog(decision.logMessage, *normalized);
+            list(decision.runTimeEntry);
+            break;
+        case CommandAction::StopQueue:
+            log_.WriteLog(decision.logMessage, *normalized);
+            list(decision.runTimeEntry);
+            return;
+        case CommandAction::Send:
+            switch (SendRecord(decision.record)) {
+            case SendOutcome::Done:
+                break;
+            case SendOutcome::LinkLost:
+                return;
+            case SendOutcome::Stopped:
+                // Never confirmed by the register: it goes first next time.
+                setQueue(QStringList{line} + queue);
+                return;
+            }
+            break;
+        }
+    }
+}
+
+bool ReceiptServer::WriteSnapshotFile()
+{
+    const QString path = serverDirectoryPrefix(settings_.serverDir, settings_.fallbackDir)
+        + serialNumber.trimmed() + now_().date().toString(QStringLiteral("yyyyMMdd"))
+        + QStringLiteral(".FMN");
+    QFile::remove(path);
+    if (QFile::exists(path))
+        return true;
+    QFile file(path);
+    file.open(QIODevice::WriteOnly | QIODevice::Append);
+    for (const char* query : {"t/", "0/", "9/", "X/"}) {
+        const QString record = QString::fromLatin1(query);
+        pause(50);
+        if (link_.LinkHandshake() > 0) {
+            linkLost(record);
+            return false;
+        }
+        pause(50);
+        link_.SendFrame(record);
+        QString answer;
+        link_.ReceiveAnswer(answer);
+        const QString line = u'<' + record.left(1) + u'>' + (answer.isEmpty() ? QStringLiteral("?") : answer);
+        file.write(ansi::encode(line + QStringLiteral("\r\n")));
+    }
+    return true;
+}
+
+bool ReceiptServer::claimFile(const QString& directory, const QString& name)
+{
+    const QString original = directory + name;
+    const QString working = original + QStringLiteral(".drev");
+    QFile::remove(working);
+    if (!QFile::exists(original))
+        return false; // gone since the listing
+    const bool claimed = settings_.testMode ? QFile::copy(original, working)
+                                            : QFile::rename(original, working);
+    if (!claimed) {
+        // Still being written, or not ours to move: it stays for the next
+        // tick rather than being deleted unread.
+        log_.WriteLog(QStringLiteral("File non acquisito, riprovo"), name);
+        return true;
+    }
+    QFile file(working);
+    if (file.open(QIODevice::ReadOnly)) {
+        setQueue(queue + splitReceiptLines(file.readAll()));
+        file.close();
+    }
+    QFile::remove(working);
+    if (settings_.testMode) {
+        if (op_.ask(QStringLiteral("Vuoi cancellare file?"), QStringLiteral("Tes Mode"),
+                    Operator::Icon::Question, {Operator::Button::Yes, Operator::Button::No},
+                    Operator::Button::Yes)
+            == Operator::Button::Yes)
+            QFile::remove(original);
+    } else {
+        QFile::remove(original);
+    }
+    return true;
+}
+
+void ReceiptServer::ScanServerDir()
+{
+    if (serialNumber.trimmed().isEmpty())
+        return;
+    const QString directory = serverDirectoryPrefix(settings_.serverDir, settings_.fallbackDir);
+    const QString mask = settings_.serverFile.trimmed();
+    const QStringList names = MatchFileMask(directory, mask, settings_.forbiddenExtensions);
+    log_.setLogName(logNameAfterMask(parseFileMask(mask), log_.logName()));
+    bool taken = false;
+    for (const QString& name : names)
+        taken = claimFile(directory, name) || taken;
+    if (taken)
+        ProcessReceiptQueue();
+}
+
+} // namespace kelm::server

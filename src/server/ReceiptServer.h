@@ -1,0 +1,84 @@
+#pragma once
+
+#include "app/Operator.h"
+#include "app/RunTimeLog.h"
+#include "link/EcrLink.h"
+#include "server/ItemLineRewrite.h"
+
+#include <QDateTime>
+#include <QStringList>
+
+#include <atomic>
+#include <functional>
+
+namespace kelm::server {
+
+// Driver mode: receipt files in, records to the register with the error
+// policy, every failure written down. Straight-line exchange code on the
+// line's worker; the 250 ms timer that calls ScanServerDir is the caller's.
+class ReceiptServer {
+public:
+    struct Settings {
+        QString serverDir;               // ServerDir as configured
+        QString serverFile;              // ServerFile: a name or a mask
+        QStringList forbiddenExtensions; // from FileExt.ini
+        bool testMode = false;           // copy receipt files instead of renaming them
+        ItemLineOptions itemLines;
+        QString fallbackDir;             // the program folder
+    };
+
+    enum class SendOutcome {
+        Done,     // accepted, refused and ignored, or a fatal error handled
+        LinkLost, // the handshake failed: stop the queue
+        Stopped,  // shutting down while the record was still being repeated
+    };
+
+    using Now = std::function<QDateTime()>;
+
+    // `stop`, when given, is read at every wait of the repeat loops and
+    // between records: once it is true the server gives up as soon as it can,
+    // so that shutdown never waits for paper to be loaded. It may be set from
+    // any thread.
+    ReceiptServer(EcrLink& link, Operator& op, RunTimeLog& log, Settings settings,
+                  const std::atomic<bool>* stop = nullptr, Now now = &QDateTime::currentDateTime);
+
+    // One timer tick: claims the waiting receipt files, queues their lines
+    // and sends the queue. Does nothing while the serial number is unknown.
+    void ScanServerDir();
+    // Sends the queue from the top until it is empty, the link is lost, an
+    // unhandled command stops it or shutdown is asked for.
+    void ProcessReceiptQueue();
+    SendOutcome SendRecord(const QString& record);
+    // The ".FMN" snapshot of "t/", "0/", "9/", "X/"; false when the link was lost.
+    bool WriteSnapshotFile();
+
+    // State that outlives a file: the receipt may stay open across files.
+    bool ReceiptOpen = false;
+    bool runTimeListOn = false; // chkRunTimeLog
+    QString serialNumber;       // from the identity read at start-up
+    QStringList queue;          // lstScontrino, oldest first
+
+    const QString& lastAnswer() const { return answer_; }
+    const Settings& settings() const { return settings_; }
+
+private:
+    void list(const QString& entry);
+    void linkLost(const QString& record);
+    bool stopRequested() const { return stop_ && *stop_; }
+    bool pause(qint64 ms); // false when shutdown was asked for
+    QString statusQuery();  // "?/" after a handshake and `pauseMs`
+    void setQueue(QStringList lines);
+    // Takes one waiting file into the queue; false when it was already gone.
+    bool claimFile(const QString& directory, const QString& name);
+
+    EcrLink& link_;
+    Operator& op_;
+    RunTimeLog& log_;
+    Settings settings_;
+    Now now_;
+    QString answer_;
+    bool paperOut_ = false;
+    const std::atomic<bool>* stop_;
+};
+
+} // namespace kelm::server
