@@ -87,8 +87,24 @@ void ScriptedPeer::receive(quint8 value, qint64 nowMs, QList<kelm::TimedByte>& r
     } else if (value == STX) {
         inFrame_ = true;
     } else if (value == ENQ) {
+        if (enqReplies.isEmpty() && !enqDefault.isEmpty())
+            enqReplies.append(enqDefault);
         answer(enqReplies, nowMs, reply);
     } else if (value == NAK) {
         answer(nakReplies, nowMs, reply);
     }
+}
+
+QStringList ScriptedPeer::records() const
+{
+    QStringList out;
+    qsizetype pos = 0;
+    while ((pos = written_.indexOf(char(STX), pos)) >= 0) {
+        const qsizetype end = written_.indexOf(char(ETX), pos);
+        if (end < 0)
+            break;
+        out.append(QString::fromLatin1(written_.mid(pos + 1, end - pos - 3))); // without the checksum
+        pos = end + 1;
+    }
+    return out;
 }

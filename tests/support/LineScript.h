@@ -31,6 +31,7 @@ public:
     QStringList enqReplies;
     QStringList frameReplies;
     QStringList nakReplies;
+    QString enqDefault;  // the reply to an ENQ once enqReplies is used up
     bool plugged = true; // false: the far end is not there at all
 
     bool connected(qint64) const override { return plugged; }
@@ -38,6 +39,8 @@ public:
     void receive(quint8 value, qint64 nowMs, QList<kelm::TimedByte>& reply) override;
 
     QString wire() const { return linescript::render(written_); }
+    // The records of the command frames received, in order.
+    QStringList records() const;
 
 private:
     void answer(QStringList& queue, qint64 nowMs, QList<kelm::TimedByte>& reply);

@@ -1,0 +1,223 @@
+// The per-record error policy, against a scripted register in virtual time.
+#include "LineScript.h"
+#include "RecordingOperator.h"
+#include "link/Clock.h"
+#include "link/VirtualLinePort.h"
+#include "server/ReceiptServer.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace kelm;
+using server::ReceiptServer;
+using Outcome = ReceiptServer::SendOutcome;
+
+Q_DECLARE_METATYPE(ReceiptServer::SendOutcome)
+
+namespace {
+
+const QString kRecord = QStringLiteral("3/S/REPARTO1//1/5.26/1/4/");
+
+// An acknowledged frame followed by an answer "status/state/01/x/".
+QString answer(const QString& status, const QString& state = QStringLiteral("00"))
+{
+    return "<ACK><STX>" + status + "/" + state + "/01/x/<ETX>";
+}
+
+QStringList logLines(const QString& dir)
+{
+    QStringList lines;
+    for (const QString& name : QDir(dir).entryList({QStringLiteral("*.log")}, QDir::Files)) {
+        QFile f(QDir(dir).filePath(name));
+        if (f.open(QIODevice::ReadOnly))
+            for (const QByteArray& l : f.readAll().split('\n'))
+                if (!l.trimmed().isEmpty())
+                    lines.append(QString::fromLatin1(l).mid(19 + 3 + 50 + 3).trimmed()); // the message column
+    }
+    return lines;
+}
+
+} // namespace
+
+class SendRecordTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void policy_data();
+    void policy();
+    void fatalErrorEmptiesTheQueue();
+    void stopGivesUpARepeatingRecord();
+};
+
+void SendRecordTest::policy_data()
+{
+    QTest::addColumn<QStringList>("frameReplies"); // one per frame the PC sends
+    QTest::addColumn<QString>("enq");              // reply to every ENQ
+    QTest::addColumn<Outcome>("outcome");
+    QTest::addColumn<QStringList>("records");      // what reached the register, in order
+    QTest::addColumn<QStringList>("runTime");      // run-time list entries, oldest first
+    QTest::addColumn<QStringList>("log");          // messages in the log file
+    QTest::addColumn<qint64>("minElapsed");
+
+    const QString r = kRecord;
+    const QString q = QStringLiteral("?/");
+    const QString busy = QStringLiteral("ECR-errore :26-Busy, reinvia il comando Ripeto comando");
+
+    QTest::newRow("accepted") << QStringList{answer("00")} << "<ACK>" << Outcome::Done << QStringList{r}
+                              << QStringList{} << QStringList{} << qint64(0);
+    QTest::newRow("busy three times, then accepted: sent four times, nothing logged")
+        << QStringList{answer("1A"), answer("1A"), answer("1A"), answer("00")} << "<ACK>" << Outcome::Done
+        << QStringList{r, r, r, r} << QStringList{busy, busy, busy} << QStringList{} << qint64(300);
+    QTest::newRow("refused: listed, logged, given up")
+        << QStringList{answer("08")} << "<ACK>" << Outcome::Done << QStringList{r}
+        << QStringList{"ECR-errore :8-Il reparto non esiste Ignoro l'errore"}
+        << QStringList{"Comando '" + r + "' - Errore N. 8"} << qint64(0);
+    QTest::newRow("unknown number counts as accepted")
+        << QStringList{answer("48")} << "<ACK>" << Outcome::Done << QStringList{r} << QStringList{}
+        << QStringList{} << qint64(0);
+    QTest::newRow("NAK to the frame: wait a second, send again")
+        << QStringList{"<NAK>", answer("00")} << "<ACK>" << Outcome::Done << QStringList{r, r}
+        << QStringList{} << QStringList{} << qint64(1000);
+    QTest::newRow("no answer, state 00: sent again")
+        << QStringList{"<ACK>", answer("00"), answer("00")} << "<ACK>" << Outcome::Done
+        << QStringList{r, q, r} << QStringList{} << QStringList{} << qint64(2000 + 100);
+    QTest::newRow("no answer, state 01: given up silently")
+        << QStringList{"<ACK>", answer("01")} << "<ACK>" << Outcome::Done << QStringList{r, q}
+        << QStringList{} << QStringList{} << qint64(2000 + 100);
+    QTest::newRow("paper out: repeated every 2 s until the bit clears")
+        << QStringList{answer("00", "04"), answer("00", "05"), answer("00", "00")} << "<ACK>" << Outcome::Done
+        << QStringList{r, r, r}
+        << QStringList{"ECR        : Sostituire rotolo scontrino", "ECR        : Sostituire rotolo scontrino"}
+        << QStringList{"Sostituire rotolo scontrino", "Sostituire rotolo scontrino"} << qint64(4000);
+    QTest::newRow("state above 7 keeps the paper flag as it was")
+        << QStringList{answer("00", "12")} << "<ACK>" << Outcome::Done << QStringList{r} << QStringList{}
+        << QStringList{} << qint64(0);
+    QTest::newRow("paper error: state queried until clear, then sent again")
+        << QStringList{answer("31"), answer("31"), answer("00"), answer("00")} << "<ACK>" << Outcome::Done
+        << QStringList{r, q, q, r}
+        << QStringList{"ECR-errore :49-Carta finita Ricontrollo stato ECR e ripeto comando",
+                       "ECR-errore :49-Carta finita Ricontrollo stato ECR e ripeto comando"}
+        << QStringList{"Comando '" + r + "' - Errore N. 49", "Comando '" + r + "' - Errore N. 49"}
+        << qint64(3000 + 500 + 3000 + 3000);
+    QTest::newRow("cover open, then a refusal read from the state query")
+        << QStringList{answer("32"), answer("08")} << "<ACK>" << Outcome::Done << QStringList{r, q}
+        << QStringList{"ECR-errore :50-Portello rotolo aperto Ricontrollo stato ECR e ripeto comando",
+                       "ECR-errore :8-Il reparto non esiste Ignoro l'errore"}
+        << QStringList{"Comando '" + r + "' - Errore N. 50", "Comando '" + r + "' - Errore N. 8"}
+        << qint64(3000 + 500);
+    QTest::newRow("no ACK to ENQ: link lost")
+        << QStringList{} << "" << Outcome::LinkLost << QStringList{}
+        << QStringList{"ECR        : Comunicazione impossibile ! Cassa spenta o cavo interrotto o velocità errata"}
+        << QStringList{"Comunicazione impossibile ! Cassa spenta o cavo interrotto o velocità errata"}
+        << qint64(3000);
+    QTest::newRow("CAN to ENQ: link lost at once")
+        << QStringList{} << "<CAN>" << Outcome::LinkLost << QStringList{}
+        << QStringList{"ECR        : Comunicazione impossibile ! Cassa spenta o cavo interrotto o velocità errata"}
+        << QStringList{"Comunicazione impossibile ! Cassa spenta o cavo interrotto o velocità errata"}
+        << qint64(0);
+}
+
+void SendRecordTest::policy()
+{
+    QFETCH(QStringList, frameReplies);
+    QFETCH(QString, enq);
+    QFETCH(Outcome, outcome);
+    QFETCH(QStringList, records);
+    QFETCH(QStringList, runTime);
+    QFETCH(QStringList, log);
+    QFETCH(qint64, minElapsed);
+
+    ScriptedPeer peer;
+    peer.enqDefault = enq;
+    peer.frameReplies = frameReplies;
+    VirtualClock clock;
+    VirtualLinePort port(peer, clock);
+    QVERIFY(port.open(QStringLiteral("test"), 9600));
+    EcrLink link(port, clock);
+    RecordingOperator op;
+    QTemporaryDir dir;
+    RunTimeLog runTimeLog(dir.path());
+    runTimeLog.setServerDir(dir.path());
+    runTimeLog.setEnabled(true);
+    ReceiptServer::Settings settings;
+    settings.serverDir = dir.path();
+    ReceiptServer server(link, op, runTimeLog, settings);
+    server.runTimeListOn = true;
+
+    QCOMPARE(server.SendRecord(kRecord), outcome);
+    QCOMPARE(peer.records(), records);
+    QCOMPARE(op.runTime, runTime);
+    QCOMPARE(logLines(dir.path()), log);
+    QVERIFY2(clock.nowMs() >= minElapsed, qPrintable(QString::number(clock.nowMs())));
+    QVERIFY(op.messages.isEmpty());
+}
+
+void SendRecordTest::fatalErrorEmptiesTheQueue()
+{
+    ScriptedPeer peer;
+    peer.enqDefault = QStringLiteral("<ACK>");
+    peer.frameReplies = {answer("00"), answer("34")};
+    VirtualClock clock;
+    VirtualLinePort port(peer, clock);
+    QVERIFY(port.open(QStringLiteral("test"), 9600));
+    EcrLink link(port, clock);
+    RecordingOperator op;
+    QTemporaryDir dir;
+    RunTimeLog runTimeLog(dir.path());
+    runTimeLog.setServerDir(dir.path());
+    runTimeLog.setEnabled(true);
+    ReceiptServer::Settings settings;
+    settings.serverDir = dir.path();
+    ReceiptServer server(link, op, runTimeLog, settings);
+    server.queue = {QStringLiteral("3/S/A//1/1.00/1/1/"), kRecord, QStringLiteral("3/S/C//1/1.00/1/1/"),
+                    QStringLiteral("5/1/0.00/////")};
+
+    server.ProcessReceiptQueue();
+    QCOMPARE(peer.records(), (QStringList{"3/S/A//1/1.00/1/1/", kRecord}));
+    QVERIFY(server.queue.isEmpty());
+    QVERIFY(!server.ReceiptOpen);
+    QCOMPARE(op.messages, QStringList{"ATTENZIONE: errore grave. Chiamare Casa madre"});
+    QCOMPARE(logLines(dir.path()),
+             (QStringList{"Comando '" + kRecord + "' - Errore N. 52", "errore grave. Chiamare Casa madre"}));
+}
+
+void SendRecordTest::stopGivesUpARepeatingRecord()
+{
+    // Virtual time in which shutdown is asked for after 250 ms.
+    class StoppingClock final : public Clock {
+    public:
+        std::atomic<bool> stop{false};
+        qint64 nowMs() const override { return inner.nowMs(); }
+        void sleepMs(qint64 ms) override
+        {
+            inner.sleepMs(ms);
+            if (inner.nowMs() >= 250)
+                stop = true;
+        }
+        VirtualClock inner;
+    } clock;
+
+    ScriptedPeer peer;
+    peer.enqDefault = QStringLiteral("<ACK>");
+    for (int i = 0; i < 50; ++i)
+        peer.frameReplies.append(answer("1A"));
+    VirtualLinePort port(peer, clock);
+    QVERIFY(port.open(QStringLiteral("test"), 9600));
+    EcrLink link(port, clock);
+    RecordingOperator op;
+    QTemporaryDir dir;
+    RunTimeLog runTimeLog(dir.path());
+    ReceiptServer server(link, op, runTimeLog, {}, &clock.stop);
+    server.queue = {kRecord, QStringLiteral("5/1/0.00/////")};
+
+    // Busy for ever: only the stop ends it, and the record goes back on top.
+    server.ProcessReceiptQueue();
+    QVERIFY(peer.records().size() >= 2);
+    QVERIFY(peer.records().size() < 10);
+    QCOMPARE(server.queue, (QStringList{kRecord, QStringLiteral("5/1/0.00/////")}));
+}
+
+QTEST_GUILESS_MAIN(SendRecordTest)
+#include "tst_driver_sendrecord.moc"
