@@ -1,8 +1,8 @@
 #include "app/RunTimeLog.h"
 
+#include "app/ServerDirectory.h"
 #include "link/CodePage.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <utility>
@@ -15,12 +15,8 @@ constexpr qsizetype kRecordWidth = 50;
 constexpr qsizetype kMessageWidth = 150;
 constexpr qsizetype kTagWidth = 12;
 
-QString withSeparator(const QString& dir)
-{
-    if (dir.endsWith(u'/') || dir.endsWith(QDir::separator()))
-        return dir;
-    return dir + QDir::separator();
-}
+// The log's base name when the waiting file or mask gives none.
+const QString kDefaultLogName = QStringLiteral("DREV");
 
 QString fitted(const QString& text, qsizetype width)
 {
@@ -32,11 +28,11 @@ QString fitted(const QString& text, qsizetype width)
 QString logFileName(const QString& serverDir, const QString& logName, QDate day,
                     const QString& fallbackDir)
 {
-    const QString dir = withSeparator(serverDir.size() < 2 ? fallbackDir : serverDir);
     QString name = logName.trimmed();
     if (name.isEmpty())
         name = kDefaultLogName;
-    return dir + name + u' ' + day.toString(QStringLiteral("yyyyMMdd")) + QStringLiteral(".log");
+    return serverDirectoryPrefix(serverDir, fallbackDir) + name + u' '
+        + day.toString(QStringLiteral("yyyyMMdd")) + QStringLiteral(".log");
 }
 
 QString logLine(const QDateTime& when, const QString& message, const QString& record)
@@ -66,7 +62,7 @@ void RunTimeLog::WriteLog(const QString& message, const QString& record) const
     file.write(ansi::encode(logLine(when, message, record) + QStringLiteral("\r\n")));
 }
 
-void addRunTimeEntry(QStringList& entries, const QString& entry)
+void insertRunTimeEntry(QStringList& entries, const QString& entry)
 {
     entries.prepend(entry);
     while (entries.size() > kRunTimeListCap)

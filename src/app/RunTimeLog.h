@@ -11,13 +11,9 @@
 // run-time list.
 namespace kelm {
 
-// The log's base name when the waiting file or mask gives none.
-inline const QString kDefaultLogName = QStringLiteral("DREV");
-
-// Server directory + log name + " " + YYYYMMDD + ".log". A server directory
-// shorter than 2 characters is replaced by `fallbackDir` (the program
-// folder); a directory separator is added when missing. A blank log name
-// becomes "DREV".
+// Server directory + log name + " " + YYYYMMDD + ".log"; the directory is
+// made a prefix as serverDirectoryPrefix does (`fallbackDir` is the program
+// folder). A blank log name becomes "DREV".
 QString logFileName(const QString& serverDir, const QString& logName, QDate day,
                     const QString& fallbackDir);
 
@@ -62,7 +58,7 @@ inline const QString kEcrTag = QStringLiteral("ECR        : ");
 // The list keeps the newest entry on top and at most this many entries.
 constexpr qsizetype kRunTimeListCap = 10000;
 
-void addRunTimeEntry(QStringList& entries, const QString& entry);
+void insertRunTimeEntry(QStringList& entries, const QString& entry);
 
 // What a double click on a run-time list entry shows.
 struct RunTimeEntryDetail {

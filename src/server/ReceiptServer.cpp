@@ -9,6 +9,7 @@
 #include "server/ReceiptLines.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace kelm::server {
 
@@ -19,6 +20,7 @@ const QString kLinkLostMessage =
 const QString kPaperMessage = QStringLiteral("Sostituire rotolo scontrino");
 const QString kFatalMessage = QStringLiteral("errore grave. Chiamare Casa madre");
 const QString kStatusQuery = QStringLiteral("?/");
+constexpr qint64 kSettleMs = 200;
 
 // What the run-time list adds after an ECR error, by its class.
 QString classAction(qint16 errorClass)
@@ -253,8 +255,13 @@ bool ReceiptServer::claimFile(const QString& directory, const QString& name)
     const QString original = directory + name;
     const QString working = original + QStringLiteral(".drev");
     QFile::remove(working);
-    if (!QFile::exists(original))
+    const QFileInfo info(original);
+    if (!info.exists())
         return false; // gone since the listing
+    // A file changed a moment ago may still be being written: claiming it
+    // now would send half a receipt. It is taken at a later tick.
+    if (info.lastModified().msecsTo(QDateTime::currentDateTime()) < kSettleMs)
+        return false;
     const bool claimed = settings_.testMode ? QFile::copy(original, working)
                                             : QFile::rename(original, working);
     if (!claimed) {

@@ -68,7 +68,8 @@ private:
     bool pause(qint64 ms); // false when shutdown was asked for
     QString statusQuery();  // "?/" after a handshake and `pauseMs`
     void setQueue(QStringList lines);
-    // Takes one waiting file into the queue; false when it was already gone.
+    // Takes one waiting file into the queue; false when it was already gone
+    // or is too fresh to be complete.
     bool claimFile(const QString& directory, const QString& name);
 
     EcrLink& link_;

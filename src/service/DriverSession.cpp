@@ -101,7 +101,6 @@ void DriverSession::readIdentity()
 
 void DriverSession::startServer()
 {
-    const auto model = technician::findModel(config_.model);
     server::ReceiptServer::Settings settings;
     settings.serverDir = config_.serverDir;
     settings.serverFile = config_.serverFile;
@@ -110,8 +109,7 @@ void DriverSession::startServer()
     settings.fallbackDir = options_.programFolder;
     settings.itemLines.wrapDescription = isOn(config_.wrapDescription);
     settings.itemLines.alIvaAuto = isOn(config_.alIvaAuto);
-    if (model)
-        settings.itemLines.widths = {model->firstDescriptionWidth, model->secondDescriptionWidth};
+    settings.itemLines.widths = technician::descriptionWidthsFor(config_.model);
 
     PanelCommand panel(line_->link(), op_);
     if (panel(QStringLiteral("e/")) == 0)

@@ -50,11 +50,15 @@ public:
 
     QString spoolFile(const QString& name) const { return QDir(spool.path()).filePath(name); }
 
-    void drop(const QString& name, const QByteArray& content) const
+    // A receipt file written a while ago (a fresh one is left to settle).
+    void drop(const QString& name, const QByteArray& content, qint64 ageMs = 1000) const
     {
         QFile f(spoolFile(name));
-        if (f.open(QIODevice::WriteOnly))
+        if (f.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
             f.write(content);
+            f.flush();
+            f.setFileTime(QDateTime::currentDateTime().addMSecs(-ageMs), QFileDevice::FileModificationTime);
+        }
     }
 
     QStringList logMessages() const

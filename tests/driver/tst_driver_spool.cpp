@@ -35,6 +35,7 @@ private Q_SLOTS:
     void lineEnds();
     void claimedFilesAreGone();
     void nothingWhileTheRegisterIsUnknown();
+    void aFileStillBeingWrittenWaits();
     void testModeAsksBeforeDeleting_data();
     void testModeAsksBeforeDeleting();
     void twoFilesAreQueuedBeforeSending();
@@ -112,6 +113,17 @@ void SpoolTest::nothingWhileTheRegisterIsUnknown()
     rig.server().ScanServerDir();
     QVERIFY(rig.journal().isEmpty());
     QVERIFY(QFile::exists(rig.spoolFile(QStringLiteral("scontrino.txt"))));
+}
+
+void SpoolTest::aFileStillBeingWrittenWaits()
+{
+    DriverRig rig;
+    rig.drop(QStringLiteral("scontrino.txt"), QByteArray("3/S/A//1/1.00/1/4/\r\n"), 0);
+    rig.server().ScanServerDir();
+    QVERIFY(rig.journal().isEmpty());
+    rig.drop(QStringLiteral("scontrino.txt"), receipt(QStringLiteral("A")));
+    rig.server().ScanServerDir();
+    QCOMPARE(rig.journal(), (QStringList{"3/S/A//1/1.00/1/4/", "5/1/0.00/////"}));
 }
 
 void SpoolTest::testModeAsksBeforeDeleting_data()

@@ -1,0 +1,213 @@
+// kelmdrev against ecrsim on a pseudo-terminal: two processes, a real tty in
+// between, as on a shop's PC with a USB adapter.
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+namespace {
+
+QStringList fileLines(const QString& path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    QStringList lines = QString::fromLatin1(f.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    for (QString& l : lines)
+        l = l.trimmed();
+    return lines;
+}
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(bytes);
+}
+
+// ecrsim on a fresh pty, with the program's folder beside it.
+class Bench {
+public:
+    explicit Bench(const QStringList& faults = {})
+    {
+        link = dir.filePath(QStringLiteral("ttyECR"));
+        journal = dir.filePath(QStringLiteral("journal.txt"));
+        spool = dir.filePath(QStringLiteral("spool"));
+        QDir().mkpath(spool);
+        QStringList args{"--link", link, "--journal", journal, "--paper", dir.filePath("paper.txt")};
+        for (const QString& f : faults)
+            args << "--fault" << f;
+        sim.start(QStringLiteral(ECRSIM_EXE), args);
+        ready = sim.waitForReadyRead(5000) && sim.readLine().startsWith("ready");
+        configure(QStringLiteral("Kelm Brio"), link);
+    }
+    ~Bench()
+    {
+        sim.write("quit\n");
+        if (!sim.waitForFinished(3000))
+            sim.kill();
+    }
+
+    void configure(const QString& model, const QString& device) const
+    {
+        writeFile(dir.filePath(QStringLiteral("KelmDrev.ini")),
+                  QStringLiteral("[Parametri]\r\nModello=%1\r\nVelocita=115200\r\nDispositivo=%2\r\n"
+                                 "ServerDir=%3\r\nServerFile=*.txt\r\n")
+                      .arg(model, device, spool)
+                      .toLatin1());
+    }
+
+    QString fault(const QByteArray& command)
+    {
+        sim.write(command + '\n');
+        return sim.waitForReadyRead(3000) ? QString::fromLatin1(sim.readLine()).trimmed() : QString();
+    }
+
+    struct Run {
+        int status;
+        QStringList out;
+        QString err;
+    };
+    Run kelmdrev(const QStringList& args) const
+    {
+        QProcess p;
+        p.start(QStringLiteral(KELMDREV_EXE), QStringList{"--home", dir.path()} + args);
+        p.waitForFinished(30000);
+        return {p.exitCode(), QString::fromLatin1(p.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts),
+                QString::fromUtf8(p.readAllStandardError())};
+    }
+
+    QTemporaryDir dir;
+    QString link, journal, spool;
+    QProcess sim;
+    bool ready = false;
+};
+
+} // namespace
+
+class EndToEndTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void sendIdentityReceiptRefusalAndBusy();
+    void sendWithUnusableConfiguration_data();
+    void sendWithUnusableConfiguration();
+    void headlessDriverTakesReceiptFiles();
+    void headlessRefusesToStart_data();
+    void headlessRefusesToStart();
+};
+
+void EndToEndTest::sendIdentityReceiptRefusalAndBusy()
+{
+    Bench bench;
+    QVERIFY(bench.ready);
+    const auto receipt = bench.kelmdrev({"send", "a/", "3/S/REPARTO1//1/5.26/1/4/", "5/1/0.00/////", "3/S/X//1/1.00/99/4/"});
+    QCOMPARE(receipt.status, 1); // the last record was refused
+    QCOMPARE(receipt.out.size(), 4);
+    QVERIFY2(receipt.out[0].startsWith("0\t00/"), qPrintable(receipt.out[0]));
+    QVERIFY(receipt.out[0].contains(QStringLiteral("/99KDV000001/")));
+    QVERIFY(receipt.out[1].startsWith("0\t00/"));
+    QVERIFY(receipt.out[2].startsWith("0\t00/"));
+    QVERIFY2(receipt.out[3].startsWith("8\t08/"), qPrintable(receipt.out[3]));
+    QVERIFY(receipt.err.contains(QStringLiteral("Err. 8 : Comunicazione errata")));
+
+    QCOMPARE(bench.fault("busy 1"), QStringLiteral("ok"));
+    const auto busy = bench.kelmdrev({"send", "x/1/1/1/", "x/1/1/1/"});
+    QCOMPARE(busy.status, 1);
+    QVERIFY2(busy.out.value(0).startsWith("26\t1A/"), qPrintable(busy.out.join('|')));
+    QVERIFY(busy.out.value(1).startsWith("0\t00/"));
+
+    const QStringList journal = fileLines(bench.journal);
+    QCOMPARE(journal, (QStringList{"a/", "3/S/REPARTO1//1/5.26/1/4/", "5/1/0.00/////", "x/1/1/1/"}));
+}
+
+void EndToEndTest::sendWithUnusableConfiguration_data()
+{
+    QTest::addColumn<QString>("model");
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("no model") << "" << "/dev/null" << "Tipo Modello non impostato";
+    QTest::newRow("no such port") << "Kelm Brio" << "/dev/kelmdrev-none" << "Impossibile Aprire Porta /dev/kelmdrev-none";
+}
+
+void EndToEndTest::sendWithUnusableConfiguration()
+{
+    QFETCH(QString, model);
+    QFETCH(QString, device);
+    QFETCH(QString, message);
+    Bench bench;
+    bench.configure(model, device);
+    const auto run = bench.kelmdrev({"send", "a/"});
+    QCOMPARE(run.status, 2);
+    QVERIFY2(run.err.contains(message), qPrintable(run.err));
+    QVERIFY(run.out.isEmpty());
+}
+
+void EndToEndTest::headlessDriverTakesReceiptFiles()
+{
+    Bench bench;
+    QVERIFY(bench.ready);
+    QProcess driver;
+    driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
+    QVERIFY(driver.waitForStarted());
+    // The identity lands in section Current once the register answered.
+    QTRY_VERIFY_WITH_TIMEOUT(QFile(bench.dir.filePath("KelmDrev.ini")).open(QIODevice::ReadOnly)
+                                 && QFile(bench.dir.filePath("KelmDrev.ini")).size() > 0
+                                 && fileLines(bench.dir.filePath("KelmDrev.ini")).contains("SN=99KDV000001"),
+                             10000);
+
+    // A second driver on the same folder is refused.
+    const auto second = bench.kelmdrev({"--headless"});
+    QCOMPARE(second.status, 1);
+    QVERIFY(second.err.contains(QStringLiteral("Driver già attivo")));
+
+    writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+    writeFile(QDir(bench.spool).filePath("b.txt"), "3/S/DUE//1/2.00/1/4/\n5/1/0.00/////");
+    writeFile(QDir(bench.spool).filePath("c.tmp"), "3/S/NO//1/1.00/1/4/\r\n");
+    QTRY_COMPARE_WITH_TIMEOUT(fileLines(bench.journal).filter(QStringLiteral("5/1/")).size(), 2, 10000);
+    const QStringList sales = fileLines(bench.journal).filter(QStringLiteral("3/S/"));
+    QCOMPARE(sales.size(), 2);
+    QVERIFY(QFile::exists(QDir(bench.spool).filePath("c.tmp")));
+    QVERIFY(!QFile::exists(QDir(bench.spool).filePath("a.txt")));
+
+    ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+    QVERIFY(driver.waitForFinished(10000));
+    QCOMPARE(driver.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(driver.exitCode(), 0);
+    QVERIFY(QString::fromUtf8(driver.readAllStandardError()).contains(QStringLiteral("Driver fermato")));
+}
+
+void EndToEndTest::headlessRefusesToStart_data()
+{
+    QTest::addColumn<QString>("ini");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("no model") << "[Parametri]\r\nDispositivo=virtual\r\nVelocita=9600\r\n" << "Tipo Modello non impostato";
+    QTest::newRow("unknown model") << "[Parametri]\r\nModello=Nessuno\r\nDispositivo=virtual\r\nVelocita=9600\r\n"
+                                   << "Modello sconosciuto";
+    QTest::newRow("spool folder missing")
+        << "[Parametri]\r\nModello=Velt\r\nDispositivo=virtual\r\nVelocita=9600\r\nServerDir=/nonexistent/spool\r\n"
+        << "La cartella del server non esiste";
+    QTest::newRow("port cannot be opened")
+        << "[Parametri]\r\nModello=Velt\r\nDispositivo=/dev/kelmdrev-none\r\nVelocita=9600\r\n"
+        << "Impossibile Aprire Porta /dev/kelmdrev-none";
+}
+
+void EndToEndTest::headlessRefusesToStart()
+{
+    QFETCH(QString, ini);
+    QFETCH(QString, message);
+    QTemporaryDir dir;
+    writeFile(dir.filePath("KelmDrev.ini"), ini.toLatin1());
+    QProcess p;
+    p.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", dir.path()});
+    QVERIFY(p.waitForFinished(10000));
+    QCOMPARE(p.exitCode(), 1);
+    const QString err = QString::fromUtf8(p.readAllStandardError());
+    QVERIFY2(err.contains(message), qPrintable(err));
+}
+
+QTEST_GUILESS_MAIN(EndToEndTest)
+#include "tst_e2e_pty.moc"
