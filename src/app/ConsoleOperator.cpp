@@ -52,6 +52,10 @@ void ConsoleOperator::setPanel(int panel, const QString& text)
     }
     if (text.isEmpty())
         return;
+    if (panel == 3 || panel == 4) {
+        say((panel == 3 ? QStringLiteral("ECR: ") : QStringLiteral("Firmware ECR: ")) + text);
+        return;
+    }
     QString title;
     {
         QMutexLocker lock(&mutex_);
