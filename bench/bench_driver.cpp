@@ -1,0 +1,79 @@
+// Records per second through the receipt server against the built-in virtual
+// register in real time, with no added latency, next to the floor that the
+// protocol's own fixed waits set (10 ms after every ENQ), measured in the same
+// run by sleeping those waits alone.
+#include "app/Operator.h"
+#include "app/RunTimeLog.h"
+#include "link/Clock.h"
+#include "link/VirtualLinePort.h"
+#include "server/ReceiptServer.h"
+#include "sim/VirtualEcr.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <sys/resource.h>
+
+namespace {
+
+class SilentOperator final : public kelm::Operator {
+public:
+    void setPanel(int, const QString&) override {}
+    void showMessage(const QString&, const QString&, Icon) override {}
+    Button ask(const QString&, const QString&, Icon, const QList<Button>&, Button d) override { return d; }
+    void addRunTimeEntry(const QString&) override {}
+};
+
+double cpuSeconds()
+{
+    rusage u{};
+    getrusage(RUSAGE_SELF, &u);
+    return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) + double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    const int records = argc > 1 ? QString::fromLatin1(argv[1]).toInt() : 999;
+
+    kelm::sim::VirtualEcrOptions options;
+    options.answerDelayMs = 0;
+    kelm::sim::VirtualEcr ecr(options);
+    kelm::SystemClock clock;
+    kelm::VirtualLinePort port(ecr, clock);
+    port.open(QStringLiteral("virtual"), 115200);
+    kelm::EcrLink link(port, clock);
+    SilentOperator op;
+    QTemporaryDir dir;
+    kelm::RunTimeLog log(dir.path());
+    kelm::server::ReceiptServer server(link, op, log, {});
+    for (int i = 0; i < records / 3; ++i)
+        server.queue << QStringLiteral("3/S/REPARTO1//1/1.00/1/4/") << QStringLiteral("3/S/REPARTO2//2/0.50/2/4/")
+                     << QStringLiteral("5/1/0.00/////");
+    const int sent = int(server.queue.size());
+
+    QElapsedTimer wall;
+    const double cpu0 = cpuSeconds();
+    wall.start();
+    server.ProcessReceiptQueue();
+    const double seconds = double(wall.nsecsElapsed()) / 1e9;
+    const double cpu = cpuSeconds() - cpu0;
+
+    QElapsedTimer floorTimer;
+    floorTimer.start();
+    for (int i = 0; i < sent; ++i)
+        clock.sleepMs(10);
+    const double floorSeconds = double(floorTimer.nsecsElapsed()) / 1e9;
+
+    std::printf("records                     %d\n", sent);
+    std::printf("records per second          %.1f\n", sent / seconds);
+    std::printf("floor (fixed waits alone)   %.1f records per second\n", sent / floorSeconds);
+    std::printf("ratio to the floor          %.2f\n", (sent / seconds) / (sent / floorSeconds));
+    std::printf("CPU per 1000 records        %.3f s\n", cpu * 1000.0 / sent);
+    std::printf("journal lines               %d\n", int(ecr.journal().size()));
+    return int(ecr.journal().size()) == sent ? 0 : 1;
+}
