@@ -14,7 +14,7 @@ int runHeadless(const kelm::CommandLine& commandLine)
 {
     kelm::ConsoleOperator op(commandLine.verbose);
     const QString folder = kelm::ProgramFolder(commandLine.home);
-    kelm::service::DriverSession driver({folder, commandLine.testMode, true}, op);
+    kelm::service::DriverSession driver({folder, commandLine.testMode, kelm::service::DriverSession::Mode::Headless}, op);
     const QString error = driver.start();
     if (!error.isEmpty()) {
         op.say(error);

@@ -3,7 +3,6 @@
 #include "app/InstanceLock.h"
 #include "app/ProgramFolder.h"
 #include "app/ServerDirectory.h"
-#include "app/VatRates.h"
 #include "link/PanelCommand.h"
 #include "server/StatusQuery.h"
 #include "technician/ModelTable.h"
@@ -37,28 +36,33 @@ QString DriverSession::start()
     if (!lock_)
         return kAlreadyRunning;
 
+    const bool headless = options_.mode == Mode::Headless;
     const IniFile ini(IniPath(options_.programFolder));
-    if (!LoadConfiguration(ini, options_.programFolder, config_, op_))
-        return QStringLiteral("Tipo Modello non impostato in ") + ini.path();
-    if (!technician::findModel(config_.model))
-        return QStringLiteral("Modello sconosciuto: \"%1\" (in %2)").arg(config_.model, ini.path());
-    const QString spool = serverDirectoryPrefix(config_.serverDir, options_.programFolder);
-    if (!QDir(spool).exists())
-        return QStringLiteral("La cartella del server non esiste: ") + spool;
+    configured_ = LoadConfiguration(ini, options_.programFolder, config_, op_);
+    serverEnabled_ = headless || isOn(config_.serverState);
+    if (headless) {
+        if (!configured_)
+            return QStringLiteral("Tipo Modello non impostato in ") + ini.path();
+        if (!technician::findModel(config_.model))
+            return QStringLiteral("Modello sconosciuto: \"%1\" (in %2)").arg(config_.model, ini.path());
+        const QString spool = serverDirectoryPrefix(config_.serverDir, options_.programFolder);
+        if (!QDir(spool).exists())
+            return QStringLiteral("La cartella del server non esiste: ") + spool;
+    }
 
     QString error;
     session_.run([&] { error = openLine(); });
-    if (!error.isEmpty())
+    if (headless && !error.isEmpty())
         return error;
-    session_.post([this] { readIdentity(); });
+    // The window learns of a port that would not open from the empty
+    // identity and from the first command that fails, as it always has.
+    session_.post([this] { identify(); });
     return QString();
 }
 
 QString DriverSession::openLine()
 {
     line_ = std::make_unique<EcrLine>(config_, options_.programFolder);
-    if (!line_->open())
-        return line_->openError();
     log_ = std::make_unique<RunTimeLog>(options_.programFolder);
     log_->setServerDir(config_.serverDir);
     log_->setEnabled(config_.serverLog.toUpper() != QStringLiteral("OFF"));
@@ -66,35 +70,53 @@ QString DriverSession::openLine()
     timer_->setSingleShot(true);
     timer_->setInterval(kTickMs);
     connect(timer_.get(), &QTimer::timeout, timer_.get(), [this] { tick(); });
-    return QString();
+    if (!configured_)
+        return QStringLiteral("Configurazione incompleta"); // the port stays closed
+    return line_->open() ? QString() : line_->openError();
 }
 
-void DriverSession::readIdentity()
+void DriverSession::identify()
 {
     if (stopping_)
         return;
+    if (configured_) {
+        readIdentityAndRates();
+        if (server_ || options_.mode == Mode::Window)
+            return;
+        QTimer::singleShot(kIdentityRetryMs, timer_.get(), [this] { identify(); });
+        return;
+    }
+    startServer();
+}
+
+void DriverSession::readIdentityAndRates()
+{
     EcrLink& link = line_->link();
-    // The register's state first, as the window does; its result only
-    // matters to the person reading the log.
-    const int state = server::QueryStatusByte(link);
+    const int state = line_->port().isOpen() ? server::QueryStatusByte(link) : 0;
     link.clock().sleepMs(100);
     QString answer;
     const LinkResult result = link.EcrTransaction(QStringLiteral("a/"), answer);
     const EcrIdentity identity = result == link::Ok ? parseIdentity(answer) : EcrIdentity{};
-    if (identity.serialNumber.isEmpty()) {
-        op_.setPanel(1, QStringLiteral("Attenzione!"));
-        op_.setPanel(2, QStringLiteral("ECR non risponde (Err. %1, stato %2): nuovo tentativo fra %3 s")
-                            .arg(result)
-                            .arg(state)
-                            .arg(kIdentityRetryMs / 1000));
-        QTimer::singleShot(kIdentityRetryMs, timer_.get(), [this] { readIdentity(); });
+    if (result != link::Ok || identity.serialNumber.isEmpty()) {
+        if (options_.mode == Mode::Headless) {
+            op_.setPanel(1, QStringLiteral("Attenzione!"));
+            op_.setPanel(2, QStringLiteral("ECR non risponde (Err. %1, stato %2): nuovo tentativo fra %3 s")
+                                .arg(result)
+                                .arg(state)
+                                .arg(kIdentityRetryMs / 1000));
+        } else {
+            startServer(); // it takes nothing while the serial number is empty
+        }
         return;
     }
-    writeIdentity(IniFile(IniPath(options_.programFolder)), identity,
-                  QStringLiteral(KELMDREV_VERSION));
+    writeIdentity(IniFile(IniPath(options_.programFolder)), identity, QStringLiteral(KELMDREV_VERSION));
     op_.setPanel(3, identity.field + u'-' + identity.serialNumber);
     op_.setPanel(4, identity.firmware);
     Q_EMIT identityRead(identity);
+
+    PanelCommand panel(link, op_);
+    if (panel(QStringLiteral("e/")) == 0)
+        vatRates_ = parseVatRates(panel.LastAnswer).table;
     startServer();
     server_->serialNumber = identity.serialNumber;
 }
@@ -110,33 +132,72 @@ void DriverSession::startServer()
     settings.itemLines.wrapDescription = isOn(config_.wrapDescription);
     settings.itemLines.alIvaAuto = isOn(config_.alIvaAuto);
     settings.itemLines.widths = technician::descriptionWidthsFor(config_.model);
-
-    PanelCommand panel(line_->link(), op_);
-    if (panel(QStringLiteral("e/")) == 0)
-        settings.itemLines.vatRates = parseVatRates(panel.LastAnswer).table;
+    settings.itemLines.vatRates = vatRates_;
 
     server_ = std::make_unique<server::ReceiptServer>(line_->link(), op_, *log_, settings, &stopping_);
-    server_->runTimeListOn = options_.runTimeList;
+    server_->runTimeListOn = runTimeListOn_;
 
     // A new file starts the next tick at once instead of up to 250 ms later.
-    watcher_ = std::make_unique<QFileSystemWatcher>();
-    watcher_->addPath(serverDirectoryPrefix(config_.serverDir, options_.programFolder));
-    connect(watcher_.get(), &QFileSystemWatcher::directoryChanged, timer_.get(), [this] {
-        if (timer_->isActive()) {
-            timer_->stop();
-            tick();
-        }
-    });
-    timer_->start();
+    const QString spool = serverDirectoryPrefix(config_.serverDir, options_.programFolder);
+    if (QDir(spool).exists()) {
+        watcher_ = std::make_unique<QFileSystemWatcher>(QStringList{spool});
+        connect(watcher_.get(), &QFileSystemWatcher::directoryChanged, timer_.get(), [this] {
+            if (timer_->isActive()) {
+                timer_->stop();
+                tick();
+            }
+        });
+    }
+    if (serverEnabled_)
+        timer_->start();
 }
 
 void DriverSession::tick()
 {
-    if (stopping_)
+    if (stopping_ || !server_)
         return;
     server_->ScanServerDir();
-    if (!stopping_)
+    receiptOpen_ = server_->ReceiptOpen;
+    if (!stopping_ && serverEnabled_)
         timer_->start();
+}
+
+void DriverSession::post(LineJob job)
+{
+    session_.post([this, job = std::move(job)] {
+        if (line_ && !stopping_)
+            job(line_->link());
+    });
+}
+
+void DriverSession::setServerEnabled(bool on)
+{
+    session_.post([this, on] {
+        serverEnabled_ = on;
+        if (!timer_ || !server_)
+            return;
+        if (on && !timer_->isActive())
+            timer_->start();
+        else if (!on)
+            timer_->stop();
+    });
+}
+
+void DriverSession::setRunTimeListOn(bool on)
+{
+    session_.post([this, on] {
+        runTimeListOn_ = on;
+        if (server_)
+            server_->runTimeListOn = on;
+    });
+}
+
+void DriverSession::setLogOn(bool on)
+{
+    session_.post([this, on] {
+        if (log_)
+            log_->setEnabled(on);
+    });
 }
 
 void DriverSession::stop()
@@ -154,12 +215,13 @@ void DriverSession::stop()
 void DriverSession::shutDownOnWorker()
 {
     stopping_ = true;
-    if (server_ && !server_->queue.isEmpty())
+    if (server_ && log_)
         for (const QString& line : server_->queue)
             log_->WriteLog(QStringLiteral("Riga non inviata: driver fermato"), line);
     watcher_.reset();
     timer_.reset();
     server_.reset();
+    log_.reset();
     if (line_)
         line_->close();
     line_.reset();

@@ -6,6 +6,7 @@
 #include "app/EcrSession.h"
 #include "app/Operator.h"
 #include "app/RunTimeLog.h"
+#include "app/VatRates.h"
 #include "server/ReceiptServer.h"
 
 #include <QFileSystemWatcher>
@@ -14,38 +15,61 @@
 #include <QTimer>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 
 namespace kelm::service {
 
 // Driver mode as one piece: configuration, the line on its worker, the
 // register's identity and VAT rates, and the receipt server ticking every
-// 250 ms (and at once when a file lands in the server directory). The
-// headless mode runs it as it is; the window drives the same session.
+// 250 ms (and at once when a file lands in the spool folder). Headless mode
+// and the window run the same session; they differ only in how strict the
+// start-up is.
 class DriverSession final : public QObject {
     Q_OBJECT
 
 public:
+    enum class Mode {
+        // Refuses to start without a usable model, spool folder and port,
+        // and keeps asking a silent register for its identity.
+        Headless,
+        // Starts whatever happens: failures show on the status bar, panel
+        // commands then fail with their own results, as users know it.
+        Window,
+    };
+
     struct Options {
         QString programFolder;
         bool testMode = false;
-        bool runTimeList = true; // feed the Operator's run-time list
+        Mode mode = Mode::Headless;
     };
+
+    using LineJob = std::function<void(EcrLink&)>;
 
     DriverSession(Options options, Operator& op);
     ~DriverSession() override;
 
-    // Start-up without a window. Empty when driver mode is running;
-    // otherwise why it cannot run. A register that does not answer is not
-    // an error: the identity is asked for again every few seconds, and
-    // nothing is taken from the spool until it answers.
+    // Empty when the session runs; otherwise why it cannot. The register is
+    // asked for its identity afterwards, on the worker.
     QString start();
     // Lets the record in progress finish (a record the register keeps
-    // refusing for busy or paper is put back in the queue), closes the port,
+    // refusing for busy or paper goes back in the queue), closes the port,
     // then emits stopped(). Safe to call more than once.
     void stop();
 
+    // Loaded by start(), on the caller's thread.
     const ConfigPC& config() const { return config_; }
+    bool configured() const { return configured_; }
+
+    // Runs an exchange on the line's worker, after every job before it.
+    void post(LineJob job);
+    // The server timer (ServerStato, chkSRV).
+    void setServerEnabled(bool on);
+    // The run-time list (chkRunTimeLog) and the log file (chkLog).
+    void setRunTimeListOn(bool on);
+    void setLogOn(bool on);
+    // Whether the server believes a receipt is open on the register.
+    bool receiptOpen() const { return receiptOpen_; }
 
 Q_SIGNALS:
     void identityRead(const kelm::EcrIdentity& identity);
@@ -53,7 +77,8 @@ Q_SIGNALS:
 
 private:
     QString openLine();
-    void readIdentity();
+    void identify();
+    void readIdentityAndRates();
     void startServer();
     void tick();
     void shutDownOnWorker();
@@ -61,6 +86,7 @@ private:
     Options options_;
     Operator& op_;
     ConfigPC config_;
+    bool configured_ = false;
     std::unique_ptr<QLockFile> lock_;
     // Created, used and destroyed on the worker thread.
     std::unique_ptr<EcrLine> line_;
@@ -68,7 +94,11 @@ private:
     std::unique_ptr<server::ReceiptServer> server_;
     std::unique_ptr<QTimer> timer_;
     std::unique_ptr<QFileSystemWatcher> watcher_;
+    VatRateTable vatRates_ = unknownVatRates();
+    bool serverEnabled_ = true;
+    bool runTimeListOn_ = true;
     std::atomic<bool> stopping_{false};
+    std::atomic<bool> receiptOpen_{false};
     // Last: joined first on destruction, before the members it uses go.
     EcrSession session_;
 };
