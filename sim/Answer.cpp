@@ -1,5 +1,7 @@
 #include "Answer.h"
 
+#include "EcrError.h"
+
 namespace kelm::sim {
 
 QByteArray formatAnswer(const Answer& answer, int stateBits, char commandCode)
@@ -13,6 +15,15 @@ QByteArray formatAnswer(const Answer& answer, int stateBits, char commandCode)
     for (const QByteArray& f : answer.fields)
         text += f + '/';
     return text;
+}
+
+std::optional<Answer> wrongFieldCount(const Record& r, qsizetype min, qsizetype max)
+{
+    if (r.count() < min)
+        return Answer::refused(err::FieldsMissing);
+    if (r.count() > max)
+        return Answer::refused(err::FieldsExtra);
+    return std::nullopt;
 }
 
 } // namespace kelm::sim

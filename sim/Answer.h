@@ -1,7 +1,10 @@
 #pragma once
 
+#include "Record.h"
+
 #include <QByteArray>
 #include <QList>
+#include <optional>
 
 namespace kelm::sim {
 
@@ -16,6 +19,10 @@ struct Answer {
     static Answer refused(int error) { return {error, {}}; }
     bool accepted() const { return error == 0; }
 };
+
+// The refusal of a record with fewer than min fields (error 1) or more than
+// max (error 2); nullopt when the count is right.
+std::optional<Answer> wrongFieldCount(const Record& r, qsizetype min, qsizetype max);
 
 // State bits of every answer.
 namespace state {

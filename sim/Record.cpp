@@ -23,4 +23,24 @@ Record Record::parse(const QByteArray& raw)
     return r;
 }
 
+bool allDigits(const QByteArray& field, qsizetype minLength, qsizetype maxLength)
+{
+    if (field.size() < minLength || field.size() > maxLength)
+        return false;
+    for (char c : field)
+        if (c < '0' || c > '9')
+            return false;
+    return true;
+}
+
+std::optional<int> fieldNumber(const QByteArray& field, int min, int max)
+{
+    if (!allDigits(field, 1, 9))
+        return std::nullopt;
+    const int value = field.toInt();
+    if (value < min || value > max)
+        return std::nullopt;
+    return value;
+}
+
 } // namespace kelm::sim

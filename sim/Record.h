@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QList>
 
+#include <optional>
+
 namespace kelm::sim {
 
 // One command record as the register reads it: a one-character code, then
@@ -20,5 +22,11 @@ struct Record {
     QByteArray field(qsizetype n) const { return n >= 1 && n <= fields.size() ? fields[n - 1] : QByteArray(); }
     qsizetype count() const { return fields.size(); }
 };
+
+// A field of digits only, of minLength to maxLength characters.
+bool allDigits(const QByteArray& field, qsizetype minLength = 0, qsizetype maxLength = 1 << 30);
+
+// The number a field holds when it is all digits and within [min, max].
+std::optional<int> fieldNumber(const QByteArray& field, int min, int max);
 
 } // namespace kelm::sim

@@ -1,0 +1,24 @@
+#include "LineFile.h"
+
+namespace kelm::sim {
+
+bool LineFile::open(const QString& path, QString* error)
+{
+    file_.setFileName(path);
+    if (file_.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return true;
+    if (error)
+        *error = QStringLiteral("cannot write %1: %2").arg(path, file_.errorString());
+    return false;
+}
+
+void LineFile::append(const QByteArray& line)
+{
+    lines_.append(line);
+    if (file_.isOpen()) {
+        file_.write(line + '\n');
+        file_.flush();
+    }
+}
+
+} // namespace kelm::sim
