@@ -4,8 +4,9 @@
 #include "app/SendCommand.h"
 #include "app/ShutdownSignal.h"
 #include "service/DriverSession.h"
+#include "ui/MainForm.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QTextStream>
 
 namespace {
@@ -31,17 +32,37 @@ int runHeadless(const kelm::CommandLine& commandLine)
     return status;
 }
 
+int runWindow(const kelm::CommandLine& commandLine)
+{
+    QApplication::setQuitOnLastWindowClosed(false); // the tray icon keeps the driver alive
+    kelm::ui::MainForm form({kelm::ProgramFolder(commandLine.home), commandLine.testMode});
+    if (!form.start())
+        return 1;
+    return QApplication::exec();
+}
+
+QStringList argumentsOf(int argc, char** argv)
+{
+    QStringList args;
+    for (int i = 1; i < argc; ++i)
+        args << QString::fromLocal8Bit(argv[i]);
+    return args;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
+    const kelm::CommandLine commandLine = kelm::ParseCommandLine(argumentsOf(argc, argv));
+    // Only the window needs a display; the other modes run on any server.
+    std::unique_ptr<QCoreApplication> app = commandLine.mode == kelm::CommandLine::Mode::Window
+        ? std::make_unique<QApplication>(argc, argv)
+        : std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("KelmDrev"));
     QCoreApplication::setApplicationVersion(QStringLiteral(KELMDREV_VERSION));
 
     QTextStream out(stdout);
     QTextStream err(stderr);
-    const kelm::CommandLine commandLine = kelm::ParseCommandLine(app.arguments().mid(1));
     if (!commandLine.error.isEmpty()) {
         err << commandLine.error << Qt::endl << Qt::endl << kelm::UsageText();
         return 2;
@@ -55,9 +76,10 @@ int main(int argc, char** argv)
         out << "KelmDrev " << KELMDREV_VERSION << Qt::endl;
         return 0;
     case kelm::CommandLine::Mode::Help:
-    case kelm::CommandLine::Mode::Window:
         out << kelm::UsageText();
         return 0;
+    case kelm::CommandLine::Mode::Window:
+        return runWindow(commandLine);
     }
     return 0;
 }

@@ -53,6 +53,8 @@ QString UsageText()
         "KelmDrev - driver and configuration tool for a fiscal cash register (ECR)\n"
         "\n"
         "Usage:\n"
+        "  kelmdrev [--home DIR] [/TESTMODE]      the window: driver mode, ECR programming and\n"
+        "                                          technician functions, with a tray icon\n"
         "  kelmdrev --headless [--home DIR] [--verbose] [/TESTMODE]\n"
         "                                          driver mode without a window: takes the receipt\n"
         "                                          files of the server directory until SIGINT/SIGTERM\n"

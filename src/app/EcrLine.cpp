@@ -26,6 +26,7 @@ EcrLine::EcrLine(const ConfigPC& config, const QString& programFolder)
               auto ecr = makeVirtualEcr(programFolder);
               peerError_ = ecr->startError();
               port_ = std::make_unique<VirtualLinePort>(*ecr, clock_);
+              virtualEcr_ = ecr.get();
               peer_ = std::move(ecr);
           } else {
               port_ = std::make_unique<SerialPort>();

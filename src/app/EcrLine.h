@@ -10,6 +10,10 @@
 
 namespace kelm {
 
+namespace sim {
+class VirtualEcr;
+}
+
 // The one line to the register as configured: a serial device, or the
 // built-in virtual ECR, with the real clock. Owned by whoever runs the
 // exchanges (the send command, the session's worker) and used on its thread.
@@ -29,6 +33,8 @@ public:
     const QString& openError() const { return openError_; }
     Port& port() { return *port_; }
     EcrLink& link() { return link_; }
+    // The built-in register, when that is what the line leads to.
+    const sim::VirtualEcr* virtualEcr() const { return virtualEcr_; }
 
 private:
     SystemClock clock_;
@@ -36,6 +42,7 @@ private:
     qint32 speed_;
     QString peerError_;
     std::unique_ptr<LinePeer> peer_;
+    const sim::VirtualEcr* virtualEcr_ = nullptr;
     std::unique_ptr<Port> port_;
     EcrLink link_;
     QString openError_;

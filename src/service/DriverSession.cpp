@@ -170,6 +170,14 @@ void DriverSession::post(LineJob job)
     });
 }
 
+void DriverSession::inspectVirtualEcr(std::function<void(const sim::VirtualEcr&)> look)
+{
+    session_.post([this, look = std::move(look)] {
+        if (line_ && line_->virtualEcr())
+            look(*line_->virtualEcr());
+    });
+}
+
 void DriverSession::setServerEnabled(bool on)
 {
     session_.post([this, on] {

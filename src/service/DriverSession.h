@@ -63,6 +63,9 @@ public:
 
     // Runs an exchange on the line's worker, after every job before it.
     void post(LineJob job);
+    // Looks at the built-in register on the worker (nothing happens when
+    // the line leads elsewhere).
+    void inspectVirtualEcr(std::function<void(const sim::VirtualEcr&)> look);
     // The server timer (ServerStato, chkSRV).
     void setServerEnabled(bool on);
     // The run-time list (chkRunTimeLog) and the log file (chkLog).

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/Operator.h"
+
+#include <QString>
+
+class QWidget;
+
+namespace kelm::ui {
+
+// The window's modal conversations: message boxes and choosers. Tests
+// answer them from a script instead of hunting for windows. Called on the
+// UI thread only.
+class Dialogs {
+public:
+    using Icon = Operator::Icon;
+    using Button = Operator::Button;
+
+    virtual ~Dialogs() = default;
+    virtual void showMessage(const QString& text, const QString& title, Icon icon) = 0;
+    virtual Button ask(const QString& text, const QString& title, Icon icon, const QList<Button>& buttons,
+                       Button defaultButton) = 0;
+    // A folder, or an empty text when the user cancels.
+    virtual QString chooseDirectory(const QString& title, const QString& start) = 0;
+};
+
+// The real thing, with QMessageBox and QFileDialog, parented to `parent`.
+class QtDialogs final : public Dialogs {
+public:
+    explicit QtDialogs(QWidget* parent) : parent_(parent) {}
+    void showMessage(const QString& text, const QString& title, Icon icon) override;
+    Button ask(const QString& text, const QString& title, Icon icon, const QList<Button>& buttons,
+               Button defaultButton) override;
+    QString chooseDirectory(const QString& title, const QString& start) override;
+
+private:
+    QWidget* parent_;
+};
+
+} // namespace kelm::ui

@@ -1,0 +1,289 @@
+#include "ui/MainForm.h"
+
+#include "app/InstanceLock.h"
+#include "app/PortName.h"
+#include "app/ProgramFolder.h"
+#include "sim/VirtualEcr.h"
+#include "ui/AboutBox.h"
+#include "ui/ConfigPcTab.h"
+#include "ui/DlgLoginTecnico.h"
+#include "ui/ModelAdaptation.h"
+#include "ui/VirtualEcrPanel.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QLabel>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QStyle>
+#include <QSystemTrayIcon>
+#include <QTabWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace kelm::ui {
+
+namespace {
+
+constexpr int kTechnicianPage = 3;
+constexpr int kVirtualEcrPage = 2;
+
+QWidget* placeholderPage(const QString& name)
+{
+    auto* page = new QWidget;
+    page->setObjectName(name);
+    auto* layout = new QVBoxLayout(page);
+    auto* note = new QLabel(QStringLiteral("In preparazione"));
+    note->setAlignment(Qt::AlignCenter);
+    note->setEnabled(false);
+    layout->addWidget(note);
+    return page;
+}
+
+} // namespace
+
+QString MainForm::caption()
+{
+    return QStringLiteral(" KelmDrev - Versione : ") + QStringLiteral(KELMDREV_VERSION);
+}
+
+MainForm::MainForm(Options options, Dialogs* dialogs, technician::PasswordStore* passwords)
+    : options_(std::move(options)), ownDialogs_(dialogs ? nullptr : std::make_unique<QtDialogs>(this)),
+      dialogs_(dialogs ? *dialogs : *ownDialogs_),
+      ownPasswords_(passwords ? nullptr : std::make_unique<technician::SettingsPasswordStore>()),
+      passwords_(passwords ? *passwords : *ownPasswords_), operator_(dialogs_),
+      session_(std::make_unique<service::DriverSession>(
+          service::DriverSession::Options{options_.programFolder, options_.testMode,
+                                          service::DriverSession::Mode::Window},
+          operator_)),
+      SSTabPrimaria(new QTabWidget), configTab_(new ConfigPcTab(dialogs_))
+{
+    setObjectName(QStringLiteral("MainForm"));
+    setWindowTitle(caption());
+    setWindowIcon(style()->standardIcon(QStyle::SP_ComputerIcon));
+
+    SSTabPrimaria->setObjectName(QStringLiteral("SSTabPrimaria"));
+    SSTabPrimaria->addTab(configTab_, QStringLiteral("Configuraz. &PC"));
+    SSTabPrimaria->addTab(placeholderPage(QStringLiteral("pageConfigEcr")), QStringLiteral("&Configuraz. ECR"));
+    SSTabPrimaria->addTab(placeholderPage(QStringLiteral("pageUsoEcr")), QStringLiteral("Uso come &ECR"));
+    SSTabPrimaria->addTab(placeholderPage(QStringLiteral("pageTecnico")), QStringLiteral("*Pannello del &Tecnico"));
+    setCentralWidget(SSTabPrimaria);
+
+    auto* bar = new QStatusBar;
+    bar->setObjectName(QStringLiteral("sbMain"));
+    for (int i = 0; i < 4; ++i) {
+        panels_[i] = new QLabel;
+        panels_[i]->setObjectName(QStringLiteral("sbMain_%1").arg(i + 1));
+        bar->addWidget(panels_[i], i == 1 ? 3 : 1);
+    }
+    setStatusBar(bar);
+    buildMenus();
+
+    connect(&operator_, &WindowOperator::panelChanged, this, &MainForm::setPanel);
+    connect(&operator_, &WindowOperator::runTimeEntryAdded, configTab_, &ConfigPcTab::addRunTimeEntry);
+    connect(&operator_, &WindowOperator::queueLinesChanged, configTab_, &ConfigPcTab::setQueueLines);
+    connect(configTab_, &ConfigPcTab::saveRequested, this, &MainForm::saveConfiguration);
+    connect(configTab_, &ConfigPcTab::serverToggled, this, [this](bool on) { session_->setServerEnabled(on); });
+    connect(configTab_, &ConfigPcTab::runTimeListToggled, this, [this](bool on) { session_->setRunTimeListOn(on); });
+    connect(configTab_, &ConfigPcTab::logToggled, this, [this](bool on) { session_->setLogOn(on); });
+    resize(980, 640);
+}
+
+MainForm::~MainForm()
+{
+    // The worker may be waiting for a question to be answered: from now on
+    // it gets the default answer, and the session can be joined.
+    operator_.closeDown();
+    session_.reset();
+}
+
+void MainForm::buildMenus()
+{
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    QAction* tecnico = file->addAction(QStringLiteral("&Tecnico..."), this, &MainForm::mnuFileTecnico_Click);
+    tecnico->setObjectName(QStringLiteral("mnuFileTecnico"));
+    file->addSeparator();
+    QAction* exit = file->addAction(QStringLiteral("&Esci"), this, &MainForm::mnuFileExit_Click);
+    exit->setObjectName(QStringLiteral("mnuFileExit"));
+    QMenu* help = menuBar()->addMenu(QStringLiteral("&?"));
+    QAction* about = help->addAction(QStringLiteral("&Informazioni su KelmDrev..."), this, [this] {
+        AboutBox box(this);
+        box.exec();
+    });
+    about->setObjectName(QStringLiteral("mnuHelpAbout"));
+}
+
+void MainForm::buildTray()
+{
+    if (!QSystemTrayIcon::isSystemTrayAvailable())
+        return; // some desktops have none: the window stays the way in
+    mPopupSys = new QMenu(this);
+    mPopupSys->setObjectName(QStringLiteral("mPopupSys"));
+    mPopupSys->addAction(QStringLiteral("Apri"), this, &MainForm::mnuPopApri_Click)
+        ->setObjectName(QStringLiteral("mnuPopApri"));
+    mPopupSys->addAction(QStringLiteral("Stato"), this, &MainForm::mnuPopStato_Click)
+        ->setObjectName(QStringLiteral("mnuPopStato"));
+    mPopupSys->addAction(QStringLiteral("Esci"), this, &MainForm::mnuPopEsci_Click)
+        ->setObjectName(QStringLiteral("mnuPopEsci"));
+    tray_ = new QSystemTrayIcon(windowIcon(), this);
+    tray_->setToolTip(QStringLiteral("Kelm Drev"));
+    tray_->setContextMenu(mPopupSys);
+    connect(tray_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
+            mnuPopApri_Click();
+    });
+    tray_->show();
+}
+
+bool MainForm::start()
+{
+    // With no technician password the technician page is open at once.
+    setTechnician(technician::technicianOpenAtStart(passwords_));
+    const QList<technician::ModelInfo> models = technician::setupModelli();
+    configTab_->setModels(models);
+
+    if (session_->start() == kAlreadyRunning) {
+        dialogs_.showMessage(kAlreadyRunning, QStringLiteral("ATTENZIONE"), Dialogs::Icon::Critical);
+        return false;
+    }
+    const ConfigPC& config = session_->config();
+    configTab_->fill(config);
+    session_->setRunTimeListOn(configTab_->runTimeListOn());
+    session_->setLogOn(configTab_->logOn());
+    if (const auto model = technician::findModel(config.model))
+        adaptFormToModel(this, *model);
+    if (IsVirtualDevice(config))
+        showVirtualEcr();
+    buildTray();
+    showInStartMode(config.serverMode);
+    return true;
+}
+
+void MainForm::showInStartMode(const QString& mode)
+{
+    iconized_ = mode == QStringLiteral("Iconized") && tray_;
+    if (iconized_)
+        return; // in the tray only
+    if (mode == QStringLiteral("VirtualECR"))
+        SSTabPrimaria->setCurrentIndex(kVirtualEcrPage);
+    if (mode == QStringLiteral("Minimized"))
+        showMinimized();
+    else
+        showNormal();
+}
+
+void MainForm::showVirtualEcr()
+{
+    virtualEcr_ = new VirtualEcrPanel(options_.programFolder + QStringLiteral("/virtual-ecr-paper.txt"));
+    auto* dock = new QDockWidget(QStringLiteral("ECR virtuale"), this);
+    dock->setObjectName(QStringLiteral("dockVirtualEcr"));
+    dock->setWidget(virtualEcr_);
+    addDockWidget(Qt::RightDockWidgetArea, dock);
+    virtualDisplayTimer_ = new QTimer(this);
+    connect(virtualDisplayTimer_, &QTimer::timeout, this, [this] {
+        QPointer<VirtualEcrPanel> panel = virtualEcr_;
+        session_->inspectVirtualEcr([panel](const sim::VirtualEcr& ecr) {
+            const QString line1 = QString::fromLatin1(ecr.displayLine1());
+            const QString line2 = QString::fromLatin1(ecr.displayLine2());
+            QMetaObject::invokeMethod(
+                panel, [panel, line1, line2] { if (panel) panel->showDisplay(line1, line2); },
+                Qt::QueuedConnection);
+        });
+    });
+    virtualDisplayTimer_->start(500);
+}
+
+void MainForm::setPanel(int panel, const QString& text)
+{
+    if (panel >= 1 && panel <= 4)
+        panels_[panel - 1]->setText(text);
+}
+
+void MainForm::setTechnician(bool logged)
+{
+    technicianLogged_ = logged;
+    SSTabPrimaria->setTabEnabled(kTechnicianPage, logged);
+    panels_[3]->setVisible(logged);
+    Q_EMIT technicianChanged(logged);
+}
+
+void MainForm::saveConfiguration()
+{
+    ConfigPC config = session_->config();
+    StatusPanels* bar = &operator_;
+    SaveConfigPC(IniFile(IniPath(options_.programFolder)), configTab_->form(), config, *bar);
+    // Port, speed and the rest take effect at the next start; the server
+    // switch at once.
+    session_->setServerEnabled(config.serverState == QStringLiteral("On"));
+}
+
+void MainForm::mnuFileTecnico_Click()
+{
+    DlgLoginTecnico dialog(passwords_, dialogs_, this);
+    dialog.exec();
+    setTechnician(dialog.technicianLogged());
+}
+
+void MainForm::mnuFileExit_Click()
+{
+    if (session_->receiptOpen()
+        && dialogs_.ask(QStringLiteral("Scontrino Aperto !\r\n\r\nProseguo ?"), QStringLiteral("ATTENZIONE"),
+                        Dialogs::Icon::Critical, {Dialogs::Button::Yes, Dialogs::Button::No},
+                        Dialogs::Button::No)
+            == Dialogs::Button::No)
+        return;
+    quit();
+}
+
+void MainForm::mnuPopEsci_Click()
+{
+    quit();
+}
+
+void MainForm::mnuPopApri_Click()
+{
+    showNormal();
+    raise();
+    activateWindow();
+}
+
+void MainForm::mnuPopStato_Click()
+{
+    QStringList lines;
+    for (QLabel* panel : panels_)
+        if (!panel->text().isEmpty())
+            lines << panel->text();
+    dialogs_.showMessage(lines.isEmpty() ? QStringLiteral("Nessuna informazione") : lines.join(u'\n'),
+                         QStringLiteral("Kelm Drev"), Dialogs::Icon::Information);
+}
+
+void MainForm::quit()
+{
+    quitting_ = true;
+    if (tray_)
+        tray_->hide();
+    operator_.closeDown();
+    session_->stop();
+    close();
+    QCoreApplication::quit();
+}
+
+void MainForm::closeEvent(QCloseEvent* event)
+{
+    if (quitting_) {
+        event->accept();
+        return;
+    }
+    event->ignore(); // the close box exits like the menu, question included
+    mnuFileExit_Click();
+}
+
+void MainForm::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && isMinimized() && iconized_)
+        QTimer::singleShot(0, this, &QWidget::hide);
+}
+
+} // namespace kelm::ui

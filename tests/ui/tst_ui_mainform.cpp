@@ -1,0 +1,309 @@
+// The main window against the built-in virtual ECR: start-up, identity,
+// configuration round trip, start modes, exit question, model adaptation,
+// and a window that keeps answering while the register is slow.
+#include "ScriptedDialogs.h"
+#include "app/IniFile.h"
+#include "ui/MainForm.h"
+#include "ui/ModelAdaptation.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProcess>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QElapsedTimer>
+#include <QTimer>
+
+using namespace kelm;
+using ui::MainForm;
+
+namespace {
+
+QByteArray readFile(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly))
+        f.write(bytes);
+}
+
+struct Home {
+    explicit Home(const QByteArray& extra = {}, const QByteArray& device = "virtual")
+    {
+        QDir().mkpath(spool());
+        writeFile(dir.filePath("KelmDrev.ini"), "[Parametri]\r\nModello=Kelm Brio\r\nVelocita=9600\r\nDispositivo="
+                                                    + device + "\r\nServerDir=" + spool().toLatin1() + "\r\n"
+                                                    + extra);
+    }
+    QString spool() const { return dir.filePath("spool"); }
+    QTemporaryDir dir;
+};
+
+QString panel(MainForm& form, int n)
+{
+    return form.findChild<QLabel*>(QStringLiteral("sbMain_%1").arg(n))->text();
+}
+
+} // namespace
+
+class MainFormTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startUpShowsTheRegister();
+    void tabsAndTechnicianPage_data();
+    void tabsAndTechnicianPage();
+    void missingModelOnTheStatusBar();
+    void secondInstanceIsRefused();
+    void startModes_data();
+    void startModes();
+    void configurationRoundTrip();
+    void exitQuestionWhileAReceiptIsOpen_data();
+    void exitQuestionWhileAReceiptIsOpen();
+    void modelAdaptation_data();
+    void modelAdaptation();
+    void windowAnswersWhileTheRegisterIsSlow();
+};
+
+void MainFormTest::startUpShowsTheRegister()
+{
+    Home home;
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(form.start());
+    QCOMPARE(form.windowTitle(), QStringLiteral(" KelmDrev - Versione : ") + QStringLiteral(KELMDREV_VERSION));
+    QTRY_COMPARE(panel(form, 3), QStringLiteral("KD-99KDV000001"));
+    QCOMPARE(panel(form, 4), QStringLiteral("1.00"));
+    const QByteArray ini = readFile(home.dir.filePath("KelmDrev.ini"));
+    QVERIFY(ini.contains("[Current]\r\nCampo=KD\r\nSN=99KDV000001\r\nNum=1\r\nFW=1.00\r\nDrev=" KELMDREV_VERSION "\r\n"));
+    QVERIFY(form.findChild<QWidget*>(QStringLiteral("VirtualEcrPanel")));
+    QVERIFY(dialogs.shown.isEmpty());
+}
+
+void MainFormTest::tabsAndTechnicianPage_data()
+{
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<bool>("technicianOpen");
+    QTest::newRow("no password: technician page open") << "" << true;
+    QTest::newRow("a password: closed until login") << "Abc" << false;
+}
+
+void MainFormTest::tabsAndTechnicianPage()
+{
+    QFETCH(QString, password);
+    QFETCH(bool, technicianOpen);
+    Home home;
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    passwords.values[technician::kLoginApplication] = password;
+    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(form.start());
+    auto* tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTabPrimaria"));
+    QCOMPARE(tabs->count(), 4);
+    QCOMPARE(tabs->tabText(0), QStringLiteral("Configuraz. &PC"));
+    QCOMPARE(tabs->tabText(1), QStringLiteral("&Configuraz. ECR"));
+    QCOMPARE(tabs->tabText(2), QStringLiteral("Uso come &ECR"));
+    QCOMPARE(tabs->tabText(3), QStringLiteral("*Pannello del &Tecnico"));
+    QCOMPARE(tabs->isTabEnabled(3), technicianOpen);
+    QCOMPARE(form.technicianLogged(), technicianOpen);
+}
+
+void MainFormTest::missingModelOnTheStatusBar()
+{
+    QTemporaryDir dir;
+    writeFile(dir.filePath("KelmDrev.ini"), "[Parametri]\r\nDispositivo=virtual\r\n");
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    MainForm form({dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(form.start()); // the window runs without the register
+    QCOMPARE(panel(form, 1), QStringLiteral("Errore Nei Parametri"));
+    QCOMPARE(panel(form, 2), QStringLiteral("Tipo Modello non impostato"));
+    QTest::qWait(200);
+    QCOMPARE(panel(form, 3), QString());
+}
+
+void MainFormTest::secondInstanceIsRefused()
+{
+    Home home;
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    MainForm first({home.dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(first.start());
+    MainForm second({home.dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(!second.start());
+    QCOMPARE(dialogs.shown, QStringList{"ATTENZIONE: Driver già attivo"});
+    QTRY_COMPARE(panel(first, 3), QStringLiteral("KD-99KDV000001")); // the first one is untouched
+}
+
+void MainFormTest::startModes_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<bool>("visible");
+    QTest::addColumn<bool>("minimized");
+    QTest::addColumn<int>("tab");
+    QTest::newRow("Normal") << "Normal" << true << false << 0;
+    QTest::newRow("Minimized") << "Minimized" << true << true << 0;
+    QTest::newRow("VirtualECR") << "VirtualECR" << true << false << 2;
+    // With no tray to go to (as here) an iconized start must not lose the window.
+    QTest::newRow("Iconized without a tray") << "Iconized" << true << false << 0;
+}
+
+void MainFormTest::startModes()
+{
+    QFETCH(QString, mode);
+    QFETCH(bool, visible);
+    QFETCH(bool, minimized);
+    QFETCH(int, tab);
+    Home home("ServerModalita=" + mode.toLatin1() + "\r\n");
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(form.start());
+    QCOMPARE(form.isVisible(), visible);
+    QCOMPARE(form.isMinimized(), minimized);
+    QCOMPARE(form.findChild<QTabWidget*>(QStringLiteral("SSTabPrimaria"))->currentIndex(), tab);
+}
+
+void MainFormTest::configurationRoundTrip()
+{
+    Home home;
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    {
+        MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+        QVERIFY(form.start());
+        form.findChild<QComboBox*>(QStringLiteral("cmbModello"))->setCurrentText(QStringLiteral("Velt"));
+        form.findChild<QComboBox*>(QStringLiteral("cmbComPort"))->setCurrentText(QStringLiteral("Com7"));
+        form.findChild<QComboBox*>(QStringLiteral("cmbSpeed"))->setCurrentText(QStringLiteral("115200"));
+        form.findChild<QCheckBox*>(QStringLiteral("chkSRV"))->setChecked(true);
+        form.findChild<QComboBox*>(QStringLiteral("cmbSRVModalita"))->setCurrentText(QStringLiteral("Minimized"));
+        form.findChild<QLineEdit*>(QStringLiteral("txtSRVFile"))->setText(QStringLiteral("*.txt"));
+        form.findChild<QCheckBox*>(QStringLiteral("chkLog"))->setChecked(false);
+        form.findChild<QCheckBox*>(QStringLiteral("chkWrapDescription"))->setChecked(true);
+        dialogs.chosenDirectory = home.spool() + QStringLiteral("/other");
+        QTest::mouseClick(form.findChild<QPushButton*>(QStringLiteral("cmdSRVDir")), Qt::LeftButton);
+        QCOMPARE(dialogs.asked.last(), QStringLiteral("Indicare la cartella di lavoro temporanea del Server"));
+        QTest::mouseClick(form.findChild<QPushButton*>(QStringLiteral("cmdSalvaConfigPC")), Qt::LeftButton);
+    }
+    const IniFile ini(home.dir.filePath("KelmDrev.ini"));
+    const QMap<QString, QString> expected = {
+        {"Modello", "Velt"}, {"Porta", "7"}, {"Velocita", "115200"}, {"Dispositivo", ""},
+        {"ServerStato", "On"}, {"ServerModalita", "Minimized"}, {"ServerDir", home.spool() + "/other"},
+        {"ServerFile", "*.txt"}, {"ServerLog", "Off"}, {"WrapDescription", "On"}, {"AlIvaAuto", "Off"}};
+    for (auto it = expected.begin(); it != expected.end(); ++it)
+        QCOMPARE(ini.read("Parametri", it.key(), "<missing>", 255), it.value());
+
+    MainForm again({home.dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(again.start());
+    QCOMPARE(again.findChild<QComboBox*>(QStringLiteral("cmbComPort"))->currentText(), QStringLiteral("Com7"));
+    QCOMPARE(again.findChild<QComboBox*>(QStringLiteral("cmbModello"))->currentText(), QStringLiteral("Velt"));
+    QVERIFY(again.findChild<QCheckBox*>(QStringLiteral("chkSRV"))->isChecked());
+    QVERIFY(!again.findChild<QCheckBox*>(QStringLiteral("chkLog"))->isChecked());
+}
+
+void MainFormTest::exitQuestionWhileAReceiptIsOpen_data()
+{
+    QTest::addColumn<bool>("yes");
+    QTest::newRow("No stays") << false;
+    QTest::newRow("Yes leaves") << true;
+}
+
+void MainFormTest::exitQuestionWhileAReceiptIsOpen()
+{
+    QFETCH(bool, yes);
+    Home home("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
+    ScriptedDialogs dialogs;
+    dialogs.answers = {yes ? ui::Dialogs::Button::Yes : ui::Dialogs::Button::No};
+    MemoryPasswords passwords;
+    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(form.start());
+    QTRY_COMPARE(panel(form, 3), QStringLiteral("KD-99KDV000001"));
+    writeFile(home.spool() + "/scontrino.tmp", "3/S/REPARTO1//1/5.26/1/4/\r\n");
+    QFile::rename(home.spool() + "/scontrino.tmp", home.spool() + "/scontrino.txt");
+    QTRY_VERIFY_WITH_TIMEOUT(form.session().receiptOpen(), 5000);
+    form.mnuFileExit_Click();
+    QCOMPARE(dialogs.asked, QStringList{"ATTENZIONE: Scontrino Aperto !\r\n\r\nProseguo ?"});
+    QCOMPARE(form.isVisible(), !yes);
+}
+
+void MainFormTest::modelAdaptation_data()
+{
+    QTest::addColumn<int>("payments");
+    QTest::addColumn<int>("messages");
+    QTest::addColumn<QString>("enabled");   // one letter a control: payments 0..8 | messages 0..9 | flag 3
+    QTest::newRow("9 payments, 10 messages: everything on") << 9 << 10 << "111111111|1111111111|1";
+    QTest::newRow("5 payments, 2 messages") << 5 << 2 << "111110000|1100000000|1";
+}
+
+void MainFormTest::modelAdaptation()
+{
+    QFETCH(int, payments);
+    QFETCH(int, messages);
+    QFETCH(QString, enabled);
+    QWidget root;
+    for (int j = 0; j < 9; ++j)
+        (new QLineEdit(&root))->setObjectName(QStringLiteral("txtPagDescr_%1").arg(j));
+    for (int j = 0; j < 10; ++j)
+        (new QLineEdit(&root))->setObjectName(QStringLiteral("txtScrollMSG_%1").arg(j));
+    (new QComboBox(&root))->setObjectName(QStringLiteral("cmbFlagS_3"));
+    technician::ModelInfo model = technician::setupModelli().front();
+    model.paymentTypes = static_cast<qint16>(payments);
+    model.scrollingMessages = static_cast<qint16>(messages);
+    ui::adaptFormToModel(&root, model);
+    QString seen;
+    for (int j = 0; j < 9; ++j)
+        seen += root.findChild<QWidget*>(QStringLiteral("txtPagDescr_%1").arg(j))->isEnabled() ? u'1' : u'0';
+    seen += u'|';
+    for (int j = 0; j < 10; ++j)
+        seen += root.findChild<QWidget*>(QStringLiteral("txtScrollMSG_%1").arg(j))->isEnabled() ? u'1' : u'0';
+    seen += u'|';
+    seen += root.findChild<QWidget*>(QStringLiteral("cmbFlagS_3"))->isEnabled() ? u'1' : u'0';
+    QCOMPARE(seen, enabled);
+
+    model.sFlagAvailable[3] = false;
+    ui::adaptFormToModel(&root, model);
+    QVERIFY(!root.findChild<QWidget*>(QStringLiteral("cmbFlagS_3"))->isEnabled());
+}
+
+void MainFormTest::windowAnswersWhileTheRegisterIsSlow()
+{
+    // A register that takes 1.5 s over every answer, on a real pty.
+    QTemporaryDir simDir;
+    const QString link = simDir.filePath(QStringLiteral("tty"));
+    QProcess sim;
+    sim.start(QStringLiteral(ECRSIM_EXE), {"--link", link, "--delay", "1500"});
+    QVERIFY(sim.waitForReadyRead(5000));
+    Home home({}, link.toLatin1());
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+    int ticks = 0;
+    QTimer clock;
+    connect(&clock, &QTimer::timeout, [&] { ++ticks; });
+    clock.start(20);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QVERIFY(form.start());
+    QVERIFY(elapsed.elapsed() < 1000); // start-up does not wait for the register
+    QTRY_COMPARE_WITH_TIMEOUT(panel(form, 3), QStringLiteral("KD-99KDV000001"), 15000);
+    // Several seconds of exchanges, and the UI thread went on ticking all along.
+    QVERIFY2(ticks > elapsed.elapsed() / 20 / 2, qPrintable(QString::number(ticks)));
+    sim.write("quit\n");
+    sim.waitForFinished(3000);
+}
+
+QTEST_MAIN(MainFormTest)
+#include "tst_ui_mainform.moc"
