@@ -74,6 +74,7 @@ ConfigPcTab::ConfigPcTab(Dialogs& dialogs, QWidget* parent)
 
     auto* server = new QGroupBox(QStringLiteral("Server"));
     auto* serverForm = new QFormLayout(server);
+    cmdSRVDir->setMaximumWidth(cmdSRVDir->fontMetrics().horizontalAdvance(QStringLiteral("....")) + 16);
     auto* dirRow = new QHBoxLayout;
     dirRow->addWidget(txtSRVDir);
     dirRow->addWidget(cmdSRVDir);

@@ -27,7 +27,6 @@ VirtualEcrPanel::VirtualEcrPanel(const QString& paperPath, QWidget* parent)
     paper_->setFont(fixed);
     paper_->setLineWrapMode(QPlainTextEdit::NoWrap);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(new QLabel(QStringLiteral("ECR virtuale")));
     layout->addWidget(display_);
     layout->addWidget(paper_, 1);
     showDisplay(QString(), QString());

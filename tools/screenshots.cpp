@@ -1,0 +1,84 @@
+// Starts the window on the built-in virtual ECR in a scratch folder, lets a
+// test receipt go through, and saves a picture of every tab.
+#include "technician/TechnicianLogin.h"
+#include "ui/Dialogs.h"
+#include "ui/MainForm.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+class NoPasswords final : public kelm::technician::PasswordStore {
+public:
+    QString read(const QString&) const override { return {}; }
+    void write(const QString&, const QString&) override {}
+};
+
+class SilentDialogs final : public kelm::ui::Dialogs {
+public:
+    void showMessage(const QString&, const QString&, Icon) override {}
+    Button ask(const QString&, const QString&, Icon, const QList<Button>&, Button d) override { return d; }
+    QString chooseDirectory(const QString&, const QString&) override { return {}; }
+};
+
+void waitUntil(const std::function<bool()>& done, int ms)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!done() && t.elapsed() < ms)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    const QString out = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("docs/screenshots");
+    QDir().mkpath(out);
+    QTemporaryDir home;
+    QDir().mkpath(home.filePath("spool"));
+    QFile ini(home.filePath("KelmDrev.ini"));
+    ini.open(QIODevice::WriteOnly);
+    ini.write("[Parametri]\r\nModello=Kelm Brio\r\nVelocita=115200\r\nDispositivo=virtual\r\nServerStato=On\r\n"
+              "ServerFile=scontrino.txt\r\nServerDir=" + home.filePath("spool").toLocal8Bit() + "\r\n");
+    ini.close();
+
+    SilentDialogs dialogs;
+    NoPasswords passwords;
+    kelm::ui::MainForm form({home.path(), false}, &dialogs, &passwords);
+    if (!form.start())
+        return 1;
+    form.findChild<QWidget*>(QStringLiteral("chkRunTimeLog"))->setProperty("checked", true);
+    auto* status = form.findChild<QLabel*>(QStringLiteral("sbMain_3"));
+    waitUntil([&] { return !status->text().isEmpty(); }, 10000);
+
+    QFile receipt(home.filePath("spool/scontrino.tmp"));
+    receipt.open(QIODevice::WriteOnly);
+    receipt.write("3/S/Coca Cola 1,70/second , descr/1/25.88/1/4/\r\n3/S/REPARTO2//1/25.88/2/10/\r\n"
+                  "3/S/REPARTO3//1/7.33/3/20/\r\n4/10.00///0/0/0//\r\n5/1/0.00/////\r\n");
+    receipt.close();
+    QFile::rename(home.filePath("spool/scontrino.tmp"), home.filePath("spool/scontrino.txt"));
+    waitUntil([&] { return !QFile::exists(home.filePath("spool/scontrino.txt")); }, 10000);
+    waitUntil([] { return false; }, 1500); // the paper roll and display catch up
+
+    auto* tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTabPrimaria"));
+    for (int i = 0; i < tabs->count(); ++i) {
+        tabs->setCurrentIndex(i);
+        QCoreApplication::processEvents();
+        const QString path = QStringLiteral("%1/tab-%2.png").arg(out).arg(i);
+        if (!form.grab().save(path))
+            return 2;
+        std::printf("%s\n", qPrintable(path));
+    }
+    form.mnuPopEsci_Click();
+    return 0;
+}
