@@ -58,6 +58,9 @@ public:
     QString serialNumber;       // from the identity read at start-up
     QStringList queue;          // lstScontrino, oldest first
 
+    // The VAT rates read from the register, for the automatic VAT code.
+    void setVatRates(const VatRateTable& rates) { settings_.itemLines.vatRates = rates; }
+
     const QString& lastAnswer() const { return answer_; }
     const Settings& settings() const { return settings_; }
 

@@ -178,6 +178,15 @@ void DriverSession::inspectVirtualEcr(std::function<void(const sim::VirtualEcr&)
     });
 }
 
+void DriverSession::setVatRates(const VatRateTable& rates)
+{
+    session_.post([this, rates] {
+        vatRates_ = rates;
+        if (server_)
+            server_->setVatRates(rates);
+    });
+}
+
 void DriverSession::setServerEnabled(bool on)
 {
     session_.post([this, on] {

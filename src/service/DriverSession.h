@@ -66,6 +66,8 @@ public:
     // Looks at the built-in register on the worker (nothing happens when
     // the line leads elsewhere).
     void inspectVirtualEcr(std::function<void(const sim::VirtualEcr&)> look);
+    // The VAT rates as last read from the register (VatRateTable).
+    void setVatRates(const VatRateTable& rates);
     // The server timer (ServerStato, chkSRV).
     void setServerEnabled(bool on);
     // The run-time list (chkRunTimeLog) and the log file (chkLog).

@@ -7,6 +7,7 @@
 #include "ui/AboutBox.h"
 #include "ui/ConfigPcTab.h"
 #include "ui/DlgLoginTecnico.h"
+#include "ui/EcrConfigTab.h"
 #include "ui/ModelAdaptation.h"
 #include "ui/VirtualEcrPanel.h"
 
@@ -65,7 +66,9 @@ MainForm::MainForm(Options options, Dialogs* dialogs, technician::PasswordStore*
 
     SSTabPrimaria->setObjectName(QStringLiteral("SSTabPrimaria"));
     SSTabPrimaria->addTab(configTab_, QStringLiteral("Configuraz. &PC"));
-    SSTabPrimaria->addTab(placeholderPage(QStringLiteral("pageConfigEcr")), QStringLiteral("&Configuraz. ECR"));
+    auto* ecrTab = new EcrConfigTab(*session_, operator_, dialogs_, options_.programFolder);
+    SSTabPrimaria->addTab(ecrTab, QStringLiteral("&Configuraz. ECR"));
+    connect(this, &MainForm::technicianChanged, ecrTab, &EcrConfigTab::setTechnician);
     SSTabPrimaria->addTab(placeholderPage(QStringLiteral("pageUsoEcr")), QStringLiteral("Uso come &ECR"));
     SSTabPrimaria->addTab(placeholderPage(QStringLiteral("pageTecnico")), QStringLiteral("*Pannello del &Tecnico"));
     setCentralWidget(SSTabPrimaria);

@@ -1,0 +1,215 @@
+#include "ui/EcrConfigTab.h"
+
+#include "app/VatRates.h"
+#include "link/PanelCommand.h"
+#include "programming/Departments.h"
+#include "programming/HeaderFooter.h"
+#include "programming/PaymentTypes.h"
+#include "programming/SParameters.h"
+#include "programming/ScrollMessages.h"
+#include "programming/VatRateRecord.h"
+#include "ui/HeaderFooterPage.h"
+#include "ui/PaymentsPage.h"
+#include "ui/SParametersPage.h"
+#include "ui/VatDepartmentsPage.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QPointer>
+#include <QScopeGuard>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace kelm::ui {
+
+using namespace programming;
+
+EcrConfigTab::EcrConfigTab(service::DriverSession& session, Operator& op, Dialogs& dialogs,
+                           const QString& programFolder, QWidget* parent)
+    : QWidget(parent), jobs_(session, op), session_(session), dialogs_(dialogs),
+      ini_(programFolder + QStringLiteral("/KelmDrev.ini")), pages_(new QTabWidget), header_(new HeaderFooterPage),
+      vat_(new VatDepartmentsPage), payments_(new PaymentsPage), sParameters_(new SParametersPage)
+{
+    setObjectName(QStringLiteral("pageConfigEcr"));
+    pages_->setObjectName(QStringLiteral("SSTabConfigEcr"));
+    pages_->addTab(header_, QStringLiteral("Intestazione"));
+    pages_->addTab(vat_, QStringLiteral("IVA e Reparti"));
+    pages_->addTab(payments_, QStringLiteral("Pagamenti"));
+    pages_->addTab(sParameters_, QStringLiteral("Parametri S"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(pages_);
+
+    connect(header_, &HeaderFooterPage::downloadRequested, this, &EcrConfigTab::cmdSetParametri_Click);
+    connect(vat_, &VatDepartmentsPage::downloadRequested, this, &EcrConfigTab::cmdSetParametri_Click);
+    connect(payments_, &PaymentsPage::downloadRequested, this, &EcrConfigTab::cmdSetParametri_Click);
+    connect(sParameters_, &SParametersPage::downloadRequested, this, &EcrConfigTab::cmdSetParametri_Click);
+    connect(header_, &HeaderFooterPage::cmdRecHeader_Click, this,
+            [this] { readHeaderFromFile(ReceiptLines::Header); });
+    connect(header_, &HeaderFooterPage::cmdReadPiede_Click, this,
+            [this] { readHeaderFromFile(ReceiptLines::Footer); });
+    connect(vat_, &VatDepartmentsPage::cmdReadIVA_Click, this, [this] { cmdReadIVA_Click(false); });
+    connect(vat_, &VatDepartmentsPage::cmdreadParmIVAREP_Click, this, [this] { cmdReadIVA_Click(true); });
+    connect(payments_, &PaymentsPage::cmdReadPagamenti_Click, this, &EcrConfigTab::cmdReadPagamenti_Click);
+    connect(sParameters_, &SParametersPage::CmdReadParamS_Click, this, &EcrConfigTab::CmdReadParamS_Click);
+    connect(sParameters_, &SParametersPage::cmdResetParmS_Click, this, &EcrConfigTab::cmdResetParmS_Click);
+    connect(sParameters_, &SParametersPage::cmdReadScrolMSG_Click, this,
+            [this] { sParameters_->setMessages(loadScrollMessages(ini_)); });
+}
+
+void EcrConfigTab::setTechnician(bool logged)
+{
+    payments_->setTechnician(logged);
+}
+
+void EcrConfigTab::show(const Notice& notice)
+{
+    dialogs_.showMessage(notice.text, notice.title, notice.icon);
+}
+
+void EcrConfigTab::cmdSetParametri_Click(int index)
+{
+    // The hourglass for the part on this thread; the job keeps its own.
+    QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    const auto restore = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+
+    const DownloadBranch branch = downloadBranch(static_cast<qint16>(index));
+    if (branch.table == DownloadTable::Nothing)
+        return;
+    if (branch.table == DownloadTable::Unknown) {
+        show(unknownDownloadIndex());
+        return;
+    }
+    if (const auto& q = branch.confirmation;
+        q && dialogs_.ask(q->text, q->title, q->icon, q->buttons, q->defaultButton) != q->proceed)
+        return;
+    download(branch, recordsFor(branch.table));
+}
+
+QList<DownloadRecord> EcrConfigTab::recordsFor(DownloadTable table)
+{
+    QList<DownloadRecord> records;
+    switch (table) {
+    case DownloadTable::Header:
+    case DownloadTable::Footer: {
+        const ReceiptLines kind = table == DownloadTable::Header ? ReceiptLines::Header : ReceiptLines::Footer;
+        const QList<HeaderLine> lines = header_->lines(kind);
+        saveReceiptLines(ini_, kind, lines); // kept even if the register refuses them
+        records << DownloadRecord{kind == ReceiptLines::Header ? headerRecord(lines) : footerRecord(lines), {}};
+        break;
+    }
+    case DownloadTable::Departments:
+        for (int n = 1; n <= kDepartmentCount; ++n)
+            records << DownloadRecord{departmentRecord(n, vat_->department(n)), {}};
+        break;
+    case DownloadTable::PaymentTypes:
+        for (int n = 1; n <= kPaymentTypeCount; ++n) {
+            const PaymentType p = payments_->payment(n);
+            records << DownloadRecord{paymentTypeRecord(n, p), p.description.trimmed()};
+        }
+        break;
+    case DownloadTable::ScrollMessage: {
+        const int selected = sParameters_->selectedMessage();
+        const QString message = sParameters_->message(selected);
+        saveScrollMessage(ini_, selected, message);
+        records << DownloadRecord{scrollMessageRecord(message), {}};
+        break;
+    }
+    case DownloadTable::SParameters:
+        records << DownloadRecord{sParametersRecord(sParameters_->parameters()), {}};
+        break;
+    case DownloadTable::VatRates:
+        records << DownloadRecord{vatRatesRecord(vat_->rates()), {}};
+        break;
+    default:
+        break;
+    }
+    return records;
+}
+
+void EcrConfigTab::download(const DownloadBranch& branch, QList<DownloadRecord> records)
+{
+    jobs_.run(this, [branch, records = std::move(records)](EcrLink& link, Operator& op) {
+        runDownload(link, op, branch, records);
+    });
+}
+
+void EcrConfigTab::readHeaderFromFile(ReceiptLines kind)
+{
+    show(settingsReadBackNotice());
+    header_->restore(kind, loadReceiptLines(ini_, kind));
+}
+
+void EcrConfigTab::cmdReadIVA_Click(bool thenDepartments)
+{
+    vat_->setRates({});
+    QPointer<VatDepartmentsPage> page = vat_;
+    service::DriverSession* session = &session_;
+    jobs_.run(this, [page, session, thenDepartments](EcrLink& link, Operator& op) {
+        PanelCommand panel(link, op);
+        const VatRatesRead read = panel(QStringLiteral("e/")) == 0 ? parseVatRates(panel.LastAnswer) : VatRatesRead{};
+        session->setVatRates(read.table);
+        LineJobs::onUiThread(page, [page, read] { if (page) page->setRates(read.texts); });
+        if (!thenDepartments)
+            return;
+        for (int n = 1; n <= kDepartmentCount; ++n) {
+            // Each department shows as soon as it is read.
+            LineJobs::onUiThread(page, [page, n] { if (page) page->setDepartment(n, Department{}); });
+            const bool ok = panel(departmentReadRecord(n)) == 0;
+            const Department department = ok ? parseDepartment(panel.LastAnswer) : Department{};
+            LineJobs::onUiThread(page, [page, n, ok, department] {
+                if (!page)
+                    return;
+                if (ok)
+                    page->setDepartment(n, department);
+                page->setDepartmentsFromRegister(ok);
+            });
+        }
+    });
+}
+
+void EcrConfigTab::cmdReadPagamenti_Click()
+{
+    QPointer<PaymentsPage> page = payments_;
+    jobs_.run(this, [page](EcrLink& link, Operator& op) {
+        PanelCommand panel(link, op);
+        for (int n = 1; n <= kPaymentTypeCount; ++n) {
+            const bool ok = panel(paymentTypeReadRecord(n)) == 0;
+            const PaymentTypeRead read = ok ? parsePaymentType(panel.LastAnswer) : PaymentTypeRead{};
+            LineJobs::onUiThread(page, [page, n, ok, read] {
+                if (!page)
+                    return;
+                if (ok)
+                    page->setPaymentRead(n, read);
+                page->setDownloadEnabled(ok);
+            });
+        }
+    });
+}
+
+void EcrConfigTab::CmdReadParamS_Click()
+{
+    QPointer<SParametersPage> page = sParameters_;
+    jobs_.run(this, [page](EcrLink& link, Operator& op) {
+        PanelCommand panel(link, op);
+        const bool ok = panel(sParametersReadRecord()) == 0;
+        const SParameters read = ok ? parseSParameters(panel.LastAnswer) : SParameters{};
+        LineJobs::onUiThread(page, [page, ok, read] {
+            if (!page)
+                return;
+            if (ok)
+                page->setParameters(read);
+            page->setDownloadEnabled(ok);
+        });
+    });
+}
+
+void EcrConfigTab::cmdResetParmS_Click()
+{
+    const Question q = resetSParametersQuestion();
+    if (dialogs_.ask(q.text, q.title, q.icon, q.buttons, q.defaultButton) != q.proceed)
+        return;
+    sParameters_->setParameters(parseSParameters(defaultSParametersAnswer()));
+    show(sParametersResetNotice());
+}
+
+} // namespace kelm::ui

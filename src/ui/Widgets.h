@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+
+// Small constructors for named controls: the object name is how tests and
+// the model adaptation find a control, so every control gets one.
+namespace kelm::ui {
+
+inline QString indexed(const QString& name, int index)
+{
+    return name + u'_' + QString::number(index);
+}
+
+template <typename W, typename... Args>
+W* named(const QString& name, Args&&... args)
+{
+    auto* w = new W(std::forward<Args>(args)...);
+    w->setObjectName(name);
+    return w;
+}
+
+inline QPushButton* namedButton(const QString& name, const QString& text)
+{
+    return named<QPushButton>(name, text);
+}
+
+} // namespace kelm::ui
