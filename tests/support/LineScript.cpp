@@ -63,6 +63,20 @@ QString render(const QByteArray& bytes)
     return out;
 }
 
+QStringList framedRecords(const QByteArray& written)
+{
+    QStringList out;
+    qsizetype pos = 0;
+    while ((pos = written.indexOf(char(STX), pos)) >= 0) {
+        const qsizetype end = written.indexOf(char(ETX), pos);
+        if (end < 0)
+            break;
+        out.append(QString::fromLatin1(written.mid(pos + 1, end - pos - 3))); // without the checksum
+        pos = end + 1;
+    }
+    return out;
+}
+
 } // namespace linescript
 
 void ScriptedPeer::answer(QStringList& queue, qint64 nowMs, QList<kelm::TimedByte>& reply)
@@ -97,14 +111,5 @@ void ScriptedPeer::receive(quint8 value, qint64 nowMs, QList<kelm::TimedByte>& r
 
 QStringList ScriptedPeer::records() const
 {
-    QStringList out;
-    qsizetype pos = 0;
-    while ((pos = written_.indexOf(char(STX), pos)) >= 0) {
-        const qsizetype end = written_.indexOf(char(ETX), pos);
-        if (end < 0)
-            break;
-        out.append(QString::fromLatin1(written_.mid(pos + 1, end - pos - 3))); // without the checksum
-        pos = end + 1;
-    }
-    return out;
+    return linescript::framedRecords(written_);
 }

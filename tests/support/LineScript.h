@@ -20,6 +20,8 @@ struct Step {
 QList<Step> parse(const QString& script);
 // Bytes written back in the same notation (without delays).
 QString render(const QByteArray& bytes);
+// The records of the command frames in what the PC wrote, in order.
+QStringList framedRecords(const QByteArray& written);
 
 } // namespace linescript
 
@@ -47,4 +49,22 @@ private:
 
     QByteArray written_;
     bool inFrame_ = false;
+};
+
+// Passes everything to another far end and keeps what the PC wrote: the
+// wire as it was, whatever the far end made of it.
+class WireTap final : public kelm::LinePeer {
+public:
+    explicit WireTap(kelm::LinePeer& inner) : inner_(inner) {}
+    void receive(quint8 value, qint64 nowMs, QList<kelm::TimedByte>& reply) override
+    {
+        written_.append(static_cast<char>(value));
+        inner_.receive(value, nowMs, reply);
+    }
+    bool connected(qint64 nowMs) const override { return inner_.connected(nowMs); }
+    QStringList records() const { return linescript::framedRecords(written_); }
+
+private:
+    kelm::LinePeer& inner_;
+    QByteArray written_;
 };
