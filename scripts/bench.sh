@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
-# Speed and cost of driver mode against the built-in virtual ECR:
+# Speed and cost against the built-in virtual ECR:
 #  - records per second through the receipt server, next to the floor of the
 #    protocol's fixed waits measured in the same run, and CPU per 1000 records;
+#  - a 9000-PLU table and a 256-row logo downloaded at 115200 and 9600 baud,
+#    next to the wire time of the same bytes and the protocol's fixed waits;
 #  - CPU used by an idle headless driver over IDLE_SECONDS (default 60),
 #    extrapolated to an hour.
 set -euo pipefail
@@ -10,10 +12,13 @@ idle_seconds="${IDLE_SECONDS:-60}"
 
 bash scripts/install-deps.sh
 cmake --preset default >/dev/null
-cmake --build --preset default --target kelmdrev bench_driver >/dev/null
+cmake --build --preset default --target kelmdrev bench_driver bench_programming >/dev/null
 
 echo "== driver throughput =="
 build/default/bench/bench_driver 999
+
+echo "== programming downloads =="
+build/default/bench/bench_programming 9000 9000
 
 echo "== idle driver =="
 home=$(mktemp -d)

@@ -13,7 +13,7 @@ namespace kelm {
 // with its log and the default answer, tests with a script.
 class Operator : public StatusPanels {
 public:
-    enum class Icon { Information, Question, Warning, Critical };
+    enum class Icon { NoIcon, Information, Question, Warning, Critical };
     enum class Button { Ok, Cancel, Yes, No };
 
     virtual void showMessage(const QString& text, const QString& title, Icon icon) = 0;

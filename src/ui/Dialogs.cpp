@@ -1,6 +1,8 @@
 #include "ui/Dialogs.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QMessageBox>
 
 namespace kelm::ui {
@@ -10,6 +12,8 @@ namespace {
 QMessageBox::Icon boxIcon(Dialogs::Icon icon)
 {
     switch (icon) {
+    case Dialogs::Icon::NoIcon:
+        return QMessageBox::NoIcon;
     case Dialogs::Icon::Information:
         return QMessageBox::Information;
     case Dialogs::Icon::Question:
@@ -35,6 +39,16 @@ QMessageBox::StandardButton boxButton(Dialogs::Button button)
         return QMessageBox::No;
     }
     return QMessageBox::NoButton;
+}
+
+// "BMP Files|*.bmp|All|*.*" as Qt writes it: "BMP Files (*.bmp);;All (*.*)".
+QString qtFileFilter(const QString& filter)
+{
+    const QStringList parts = filter.split(u'|');
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
+        filters << parts[i] + QStringLiteral(" (") + QString(parts[i + 1]).replace(u';', u' ') + u')';
+    return filters.join(QStringLiteral(";;"));
 }
 
 } // namespace
@@ -67,6 +81,18 @@ Dialogs::Button QtDialogs::ask(const QString& text, const QString& title, Icon i
 QString QtDialogs::chooseDirectory(const QString& title, const QString& start)
 {
     return QFileDialog::getExistingDirectory(parent_, title, start);
+}
+
+QString QtDialogs::inputText(const QString& title, const QString& prompt, const QString& proposed)
+{
+    return QInputDialog::getText(parent_, title, prompt, QLineEdit::Normal, proposed);
+}
+
+QString QtDialogs::chooseFile(const QString& title, const QString& filter)
+{
+    // Starts at the root of the file system and leaves the program's current
+    // folder alone.
+    return QFileDialog::getOpenFileName(parent_, title, QDir::rootPath(), qtFileFilter(filter));
 }
 
 } // namespace kelm::ui

@@ -22,6 +22,23 @@ public:
                        Button defaultButton) = 0;
     // A folder, or an empty text when the user cancels.
     virtual QString chooseDirectory(const QString& title, const QString& start) = 0;
+    // A line of text typed by the user, `proposed` being offered; an empty
+    // text when the user cancels, as a conversation with nobody there does.
+    virtual QString inputText(const QString& title, const QString& prompt, const QString& proposed)
+    {
+        Q_UNUSED(title);
+        Q_UNUSED(prompt);
+        Q_UNUSED(proposed);
+        return {};
+    }
+    // An existing file to open, or an empty text when the user cancels.
+    // `filter` pairs a description and its patterns: "BMP Files|*.bmp".
+    virtual QString chooseFile(const QString& title, const QString& filter)
+    {
+        Q_UNUSED(title);
+        Q_UNUSED(filter);
+        return {};
+    }
 };
 
 // The real thing, with QMessageBox and QFileDialog, parented to `parent`.
@@ -32,6 +49,8 @@ public:
     Button ask(const QString& text, const QString& title, Icon icon, const QList<Button>& buttons,
                Button defaultButton) override;
     QString chooseDirectory(const QString& title, const QString& start) override;
+    QString inputText(const QString& title, const QString& prompt, const QString& proposed) override;
+    QString chooseFile(const QString& title, const QString& filter) override;
 
 private:
     QWidget* parent_;

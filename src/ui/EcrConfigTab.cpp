@@ -2,6 +2,8 @@
 
 #include "app/VatRates.h"
 #include "link/PanelCommand.h"
+#include "logos/LogoRecords.h"
+#include "logos/LogoTexts.h"
 #include "programming/Departments.h"
 #include "programming/HeaderFooter.h"
 #include "programming/PaymentTypes.h"
@@ -9,7 +11,10 @@
 #include "programming/ScrollMessages.h"
 #include "programming/VatRateRecord.h"
 #include "ui/HeaderFooterPage.h"
+#include "logos/LogoDownloadJob.h"
+#include "ui/LogoPage.h"
 #include "ui/PaymentsPage.h"
+#include "ui/PluPage.h"
 #include "ui/SParametersPage.h"
 #include "ui/VatDepartmentsPage.h"
 
@@ -28,7 +33,8 @@ EcrConfigTab::EcrConfigTab(service::DriverSession& session, Operator& op, Dialog
                            const QString& programFolder, QWidget* parent)
     : QWidget(parent), jobs_(session, op), session_(session), dialogs_(dialogs),
       ini_(programFolder + QStringLiteral("/KelmDrev.ini")), pages_(new QTabWidget), header_(new HeaderFooterPage),
-      vat_(new VatDepartmentsPage), payments_(new PaymentsPage), sParameters_(new SParametersPage)
+      vat_(new VatDepartmentsPage), payments_(new PaymentsPage), sParameters_(new SParametersPage),
+      logos_(new LogoPage(dialogs)), plu_(new PluPage(dialogs, programFolder))
 {
     setObjectName(QStringLiteral("pageConfigEcr"));
     pages_->setObjectName(QStringLiteral("SSTabConfigEcr"));
@@ -36,6 +42,8 @@ EcrConfigTab::EcrConfigTab(service::DriverSession& session, Operator& op, Dialog
     pages_->addTab(vat_, QStringLiteral("IVA e Reparti"));
     pages_->addTab(payments_, QStringLiteral("Pagamenti"));
     pages_->addTab(sParameters_, QStringLiteral("Parametri S"));
+    pages_->addTab(logos_, QStringLiteral("Loghi"));
+    pages_->addTab(plu_, QStringLiteral("PLU"));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(pages_);
 
@@ -43,6 +51,13 @@ EcrConfigTab::EcrConfigTab(service::DriverSession& session, Operator& op, Dialog
     connect(vat_, &VatDepartmentsPage::downloadRequested, this, &EcrConfigTab::cmdSetParametri_Click);
     connect(payments_, &PaymentsPage::downloadRequested, this, &EcrConfigTab::cmdSetParametri_Click);
     connect(sParameters_, &SParametersPage::downloadRequested, this, &EcrConfigTab::cmdSetParametri_Click);
+    connect(logos_, &LogoPage::downloadRequested, this, &EcrConfigTab::cmdSetParametri_Click);
+    connect(plu_, &PluPage::downloadRequested, this, &EcrConfigTab::cmdSetParametri_Click);
+    connect(plu_, &PluPage::cmdReadPLU_Click, this, &EcrConfigTab::cmdReadPLU_Click);
+    connect(plu_, &PluPage::cmdStopPLU_Click, this, [this] {
+        if (pluStop_)
+            *pluStop_ = true;
+    });
     connect(header_, &HeaderFooterPage::cmdRecHeader_Click, this,
             [this] { readHeaderFromFile(ReceiptLines::Header); });
     connect(header_, &HeaderFooterPage::cmdReadPiede_Click, this,
@@ -82,7 +97,12 @@ void EcrConfigTab::cmdSetParametri_Click(int index)
     if (const auto& q = branch.confirmation;
         q && dialogs_.ask(q->text, q->title, q->icon, q->buttons, q->defaultButton) != q->proceed)
         return;
-    download(branch, recordsFor(branch.table));
+    if (branch.table == DownloadTable::Logo)
+        downloadLogo();
+    else if (branch.table == DownloadTable::Plu)
+        downloadPlu();
+    else
+        download(branch, recordsFor(branch.table));
 }
 
 QList<DownloadRecord> EcrConfigTab::recordsFor(DownloadTable table)
@@ -131,6 +151,72 @@ void EcrConfigTab::download(const DownloadBranch& branch, QList<DownloadRecord> 
     jobs_.run(this, [branch, records = std::move(records)](EcrLink& link, Operator& op) {
         runDownload(link, op, branch, records);
     });
+}
+
+void EcrConfigTab::downloadLogo()
+{
+    const logos::LogoDownload logo = logos::logoDownload(logos_->pictures(), logos_->pageOnShow());
+    if (!logo.refusal.isEmpty()) {
+        show({logo.refusal, logos::kMessageTitle, Operator::Icon::Information});
+        return;
+    }
+    QPointer<LogoPage> page = logos_;
+    page->operationStarted(int(logo.records.size()));
+    jobs_.run(
+        this,
+        [page, rows = logo.records](EcrLink& link, Operator& op) {
+            logos::runLogoDownload(link, op, rows, [page](int done, int) {
+                LineJobs::onUiThread(page, [page, done] { if (page) page->setProgress(done); });
+            });
+        },
+        [this] { logos_->operationEnded(); });
+}
+
+std::shared_ptr<std::atomic<bool>> EcrConfigTab::newPluStop()
+{
+    pluStop_ = std::make_shared<std::atomic<bool>>(false);
+    return pluStop_;
+}
+
+void EcrConfigTab::downloadPlu()
+{
+    const QList<PluRow> rows = plu_->normaliseNumbers();
+    QPointer<PluPage> page = plu_;
+    page->operationStarted(int(rows.size()));
+    if (rows.isEmpty())
+        page->beyondGridSearchStarted();
+    jobs_.run(
+        this,
+        [page, rows, stop = newPluStop()](EcrLink& link, Operator& op) {
+            const auto progress = [page](int done, int total) {
+                LineJobs::onUiThread(page, [page, done, total] {
+                    if (!page)
+                        return;
+                    page->setProgress(done);
+                    if (done == total)
+                        page->beyondGridSearchStarted();
+                });
+            };
+            runPluDownload(link, op, rows, progress, stop.get());
+        },
+        [this] { plu_->operationEnded(); });
+}
+
+void EcrConfigTab::cmdReadPLU_Click()
+{
+    plu_->setRows({});
+    plu_->operationStarted(kPluLimit);
+    QPointer<PluPage> page = plu_;
+    jobs_.run(
+        this,
+        [page, stop = newPluStop()](EcrLink& link, Operator& op) {
+            const auto progress = [page](int done, int) {
+                LineJobs::onUiThread(page, [page, done] { if (page) page->setProgress(done); });
+            };
+            const QList<PluRow> rows = readPluTable(link, op, progress, stop.get());
+            LineJobs::onUiThread(page, [page, rows] { if (page) page->setRows(rows); });
+        },
+        [this] { plu_->operationEnded(); });
 }
 
 void EcrConfigTab::readHeaderFromFile(ReceiptLines kind)

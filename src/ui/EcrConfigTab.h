@@ -8,12 +8,17 @@
 
 #include <QWidget>
 
+#include <atomic>
+#include <memory>
+
 class QTabWidget;
 
 namespace kelm::ui {
 
 class HeaderFooterPage;
+class LogoPage;
 class PaymentsPage;
+class PluPage;
 class SParametersPage;
 class VatDepartmentsPage;
 
@@ -36,6 +41,12 @@ private:
     QList<programming::DownloadRecord> recordsFor(programming::DownloadTable table);
     void download(const programming::DownloadBranch& branch, QList<programming::DownloadRecord> records);
     void show(const programming::Notice& notice);
+    void downloadLogo();
+    void downloadPlu();
+    void cmdReadPLU_Click();
+    // A fresh stop request for the PLU exchange about to start, shared with
+    // its job: the stop button sets it, the job looks at it between records.
+    std::shared_ptr<std::atomic<bool>> newPluStop();
 
     void readHeaderFromFile(programming::ReceiptLines kind);
     void cmdReadIVA_Click(bool thenDepartments);
@@ -52,6 +63,9 @@ private:
     VatDepartmentsPage* vat_;
     PaymentsPage* payments_;
     SParametersPage* sParameters_;
+    LogoPage* logos_;
+    PluPage* plu_;
+    std::shared_ptr<std::atomic<bool>> pluStop_;
 };
 
 } // namespace kelm::ui

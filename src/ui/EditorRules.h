@@ -1,5 +1,7 @@
 #pragma once
 
+#include "technician/DocumentKeyFilter.h"
+
 class QLineEdit;
 
 namespace kelm::ui {
@@ -10,5 +12,9 @@ void makeSlashSafe(QLineEdit* edit);
 
 // A numeric box: only digits stay, whether typed or pasted.
 void makeDigitsOnly(QLineEdit* edit);
+
+// A box of a document form: each typed or pasted character goes through the
+// box's key rule; the whole text is selected when the box gets the focus.
+void makeDocumentBox(QLineEdit* edit, technician::DocumentBox box);
 
 } // namespace kelm::ui

@@ -9,6 +9,9 @@
 #include "ui/DlgLoginTecnico.h"
 #include "ui/EcrConfigTab.h"
 #include "ui/ModelAdaptation.h"
+#include "ui/TechnicianFunctions.h"
+#include "ui/TechnicianPage.h"
+#include "ui/UsoEcrPage.h"
 #include "ui/VirtualEcrPanel.h"
 
 #include <QApplication>
@@ -29,18 +32,6 @@ namespace {
 
 constexpr int kTechnicianPage = 3;
 constexpr int kVirtualEcrPage = 2;
-
-QWidget* placeholderPage(const QString& name)
-{
-    auto* page = new QWidget;
-    page->setObjectName(name);
-    auto* layout = new QVBoxLayout(page);
-    auto* note = new QLabel(QStringLiteral("In preparazione"));
-    note->setAlignment(Qt::AlignCenter);
-    note->setEnabled(false);
-    layout->addWidget(note);
-    return page;
-}
 
 } // namespace
 
@@ -69,8 +60,16 @@ MainForm::MainForm(Options options, Dialogs* dialogs, technician::PasswordStore*
     auto* ecrTab = new EcrConfigTab(*session_, operator_, dialogs_, options_.programFolder);
     SSTabPrimaria->addTab(ecrTab, QStringLiteral("&Configuraz. ECR"));
     connect(this, &MainForm::technicianChanged, ecrTab, &EcrConfigTab::setTechnician);
-    SSTabPrimaria->addTab(placeholderPage(QStringLiteral("pageUsoEcr")), QStringLiteral("Uso come &ECR"));
-    SSTabPrimaria->addTab(placeholderPage(QStringLiteral("pageTecnico")), QStringLiteral("*Pannello del &Tecnico"));
+    auto* keyboard = new UsoEcrPage;
+    auto* technicianPage = new TechnicianPage;
+    SSTabPrimaria->addTab(keyboard, QStringLiteral("Uso come &ECR"));
+    SSTabPrimaria->addTab(technicianPage, QStringLiteral("*Pannello del &Tecnico"));
+    technicianFunctions_ = new TechnicianFunctions(*session_, operator_, dialogs_, keyboard, technicianPage,
+                                                   [this] { return config_; }, this);
+    connect(SSTabPrimaria, &QTabWidget::currentChanged, this, [this](int index) {
+        if (index == kTechnicianPage)
+            technicianFunctions_->technicianPageShown();
+    });
     setCentralWidget(SSTabPrimaria);
 
     auto* bar = new QStatusBar;
@@ -150,7 +149,8 @@ bool MainForm::start()
         dialogs_.showMessage(kAlreadyRunning, QStringLiteral("ATTENZIONE"), Dialogs::Icon::Critical);
         return false;
     }
-    const ConfigPC& config = session_->config();
+    config_ = session_->config();
+    const ConfigPC& config = config_;
     configTab_->fill(config);
     session_->setRunTimeListOn(configTab_->runTimeListOn());
     session_->setLogOn(configTab_->logOn());
@@ -213,12 +213,11 @@ void MainForm::setTechnician(bool logged)
 
 void MainForm::saveConfiguration()
 {
-    ConfigPC config = session_->config();
     StatusPanels* bar = &operator_;
-    SaveConfigPC(IniFile(IniPath(options_.programFolder)), configTab_->form(), config, *bar);
-    // Port, speed and the rest take effect at the next start; the server
-    // switch at once.
-    session_->setServerEnabled(config.serverState == QStringLiteral("On"));
+    SaveConfigPC(IniFile(IniPath(options_.programFolder)), configTab_->form(), config_, *bar);
+    // Port, speed and the server's folder take effect at the next start;
+    // the server switch at once.
+    session_->setServerEnabled(config_.serverState == QStringLiteral("On"));
 }
 
 void MainForm::mnuFileTecnico_Click()

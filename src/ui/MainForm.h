@@ -17,6 +17,7 @@ class QTimer;
 namespace kelm::ui {
 
 class ConfigPcTab;
+class TechnicianFunctions;
 class VirtualEcrPanel;
 
 // The main window: it starts the driver session, shows the register's
@@ -77,6 +78,8 @@ private:
     std::unique_ptr<service::DriverSession> session_;
     QTabWidget* SSTabPrimaria;
     ConfigPcTab* configTab_;
+    TechnicianFunctions* technicianFunctions_ = nullptr;
+    ConfigPC config_; // as loaded, then as last saved
     QLabel* panels_[4];
     QSystemTrayIcon* tray_ = nullptr;
     QMenu* mPopupSys = nullptr;

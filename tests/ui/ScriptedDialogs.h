@@ -23,11 +23,25 @@ public:
         asked.append(title);
         return chosenDirectory;
     }
+    QString inputText(const QString& title, const QString& prompt, const QString& proposed) override
+    {
+        asked.append(title + QStringLiteral(": ") + prompt);
+        proposals.append(proposed);
+        return typed.isEmpty() ? proposed : typed.takeFirst();
+    }
+    QString chooseFile(const QString& title, const QString& filter) override
+    {
+        asked.append(title + QStringLiteral(": ") + filter);
+        return chosenFile;
+    }
 
     QStringList shown;
     QStringList asked;
     QList<Button> answers;
     QString chosenDirectory;
+    QStringList typed;     // answers to the input boxes; none left: the proposal is taken
+    QStringList proposals; // what each input box proposed
+    QString chosenFile;
 };
 
 // Passwords in memory, by application name.

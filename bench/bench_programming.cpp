@@ -1,0 +1,134 @@
+// Time of the two longest downloads of the programming tab, a full PLU table
+// and a 256-row logo, against the built-in virtual register in real time with
+// no answer delay and its bytes paced at the line's speed, next to the time
+// the bytes of the same run need on the wire (10 bits a byte, both
+// directions) and that plus the protocol's fixed 10 ms wait per record.
+// The virtual register paces only the bytes it sends; the PC's bytes reach
+// it at once. So the last column sets the time against the floor of this
+// very setup: the register's bytes on the wire plus the fixed waits.
+#include "app/Operator.h"
+#include "link/Clock.h"
+#include "link/VirtualLinePort.h"
+#include "logos/LogoRecords.h"
+#include "programming/DownloadJob.h"
+#include "sim/VirtualEcr.h"
+#include "logos/LogoDownloadJob.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QImage>
+
+#include <cstdio>
+#include <functional>
+
+namespace {
+
+class SilentOperator final : public kelm::Operator {
+public:
+    void setPanel(int, const QString&) override {}
+    void showMessage(const QString&, const QString&, Icon) override {}
+    Button ask(const QString&, const QString&, Icon, const QList<Button>&, Button d) override { return d; }
+    void addRunTimeEntry(const QString&) override {}
+};
+
+// The virtual register, with every byte that crosses the line counted.
+class CountingPeer final : public kelm::LinePeer {
+public:
+    explicit CountingPeer(kelm::LinePeer& ecr) : ecr_(ecr) {}
+    void receive(quint8 value, qint64 nowMs, QList<kelm::TimedByte>& reply) override
+    {
+        const qsizetype before = reply.size();
+        ecr_.receive(value, nowMs, reply);
+        ++toEcr;
+        fromEcr += reply.size() - before;
+    }
+    bool connected(qint64 nowMs) const override { return ecr_.connected(nowMs); }
+
+    qint64 toEcr = 0;
+    qint64 fromEcr = 0;
+
+private:
+    kelm::LinePeer& ecr_;
+};
+
+constexpr double kFixedWaitPerRecord = 0.010;
+
+using Download = std::function<void(kelm::EcrLink&, kelm::Operator&)>;
+
+// Runs `download` on a fresh register at `baud` and prints one line.
+bool measure(const char* what, qint32 baud, const Download& download)
+{
+    kelm::sim::VirtualEcrOptions options;
+    options.baud = baud;
+    options.answerDelayMs = 0;
+    kelm::sim::VirtualEcr ecr(options);
+    CountingPeer peer(ecr);
+    kelm::SystemClock clock;
+    kelm::VirtualLinePort port(peer, clock);
+    if (!port.open(QStringLiteral("virtual"), baud))
+        return false;
+    kelm::EcrLink link(port, clock);
+    SilentOperator op;
+
+    QElapsedTimer timer;
+    timer.start();
+    download(link, op);
+    const double seconds = double(timer.nsecsElapsed()) / 1e9;
+
+    const auto records = ecr.journal().size();
+    const double wire = double(peer.toEcr + peer.fromEcr) * 10.0 / baud;
+    const double waits = double(records) * kFixedWaitPerRecord;
+    const double withWaits = wire + waits;
+    const double pacedFloor = double(peer.fromEcr) * 10.0 / baud + waits;
+    std::printf("%-14s %6d %7d %8lld %8lld %8.1f %8.1f %9.1f %6.2f %9.2f %8.1f %6.2f\n", what, baud, int(records),
+                static_cast<long long>(peer.toEcr), static_cast<long long>(peer.fromEcr), seconds, wire, withWaits,
+                seconds / wire, seconds / withWaits, pacedFloor, seconds / pacedFloor);
+    return records > 0;
+}
+
+QList<kelm::programming::PluRow> pluTable(int count)
+{
+    QList<kelm::programming::PluRow> rows;
+    for (int n = 1; n <= count; ++n)
+        rows.append({QStringLiteral("8001234%1").arg(n, 6, 10, QLatin1Char('0')), QStringLiteral("ARTICOLO %1").arg(n),
+                     QStringLiteral("1"), QStringLiteral("0"), QStringLiteral("1.50"), QStringLiteral("0"),
+                     QStringLiteral("100"), QStringLiteral("00000000"), {}, {}});
+    return rows;
+}
+
+// A 256×256 logo whose rows all differ.
+QList<kelm::logos::LogoRowRecord> logoRows()
+{
+    QImage logo(256, 256, QImage::Format_RGB888);
+    for (int y = 0; y < logo.height(); ++y)
+        for (int x = 0; x < logo.width(); ++x)
+            logo.setPixelColor(x, y, (x / 8 + y) % 3 == 0 ? Qt::white : Qt::black);
+    return kelm::logos::logoDownload({logo}, 0).records;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    const int plusFast = argc > 1 ? QString::fromLatin1(argv[1]).toInt() : 9000;
+    const int plusSlow = argc > 2 ? QString::fromLatin1(argv[2]).toInt() : 9000;
+    const auto plus = [](int count) {
+        return [rows = pluTable(count)](kelm::EcrLink& link, kelm::Operator& op) {
+            kelm::programming::runPluDownload(link, op, rows);
+        };
+    };
+    const Download logo = [rows = logoRows()](kelm::EcrLink& link, kelm::Operator& op) {
+        kelm::logos::runLogoDownload(link, op, rows);
+    };
+
+    std::printf("%-14s %6s %7s %8s %8s %8s %8s %9s %6s %9s %8s %6s\n", "download", "baud", "records", "PC->ECR",
+                "ECR->PC", "time s", "wire s", "wire+10ms", "/wire", "/wire+10ms", "floor s", "/floor");
+    const QByteArray fast = QByteArray::number(plusFast) + " PLU";
+    const QByteArray slow = QByteArray::number(plusSlow) + " PLU";
+    bool ok = measure(fast.constData(), 115200, plus(plusFast));
+    ok = measure("logo 256x256", 115200, logo) && ok;
+    ok = measure(slow.constData(), 9600, plus(plusSlow)) && ok;
+    ok = measure("logo 256x256", 9600, logo) && ok;
+    return ok ? 0 : 1;
+}

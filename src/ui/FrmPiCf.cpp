@@ -1,0 +1,43 @@
+#include "ui/FrmPiCf.h"
+
+#include "ui/EditorRules.h"
+#include "ui/Widgets.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace kelm::ui {
+
+using namespace technician;
+
+FrmPiCf::FrmPiCf(FiscalDocuments& documents, Dialogs& dialogs, QWidget* parent)
+    : QDialog(parent), documents_(documents), dialogs_(dialogs), TxtPiCf(named<QLineEdit>(QStringLiteral("TxtPiCf")))
+{
+    setObjectName(QStringLiteral("FrmPiCf"));
+    setWindowTitle(kPiCfCaption);
+    makeDocumentBox(TxtPiCf, DocumentBox::FreeText);
+    auto* cancel = namedButton(indexed(QStringLiteral("CmdChiude"), 0), kCancelCaption);
+    auto* ok = namedButton(indexed(QStringLiteral("CmdChiude"), 1), kOkCaption);
+    ok->setDefault(true);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cancel);
+    buttons->addWidget(ok);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(TxtPiCf);
+    layout->addLayout(buttons);
+    connect(cancel, &QPushButton::clicked, this, [this] { CmdChiude_Click(0); });
+    connect(ok, &QPushButton::clicked, this, [this] { CmdChiude_Click(kAcceptButton); });
+}
+
+void FrmPiCf::CmdChiude_Click(int index)
+{
+    if (piCfButton(documents_, index, TxtPiCf->text()) == PiCfOutcome::Closes) {
+        accept();
+        return;
+    }
+    dialogs_.showMessage(kPiCfWrong, kDocumentMessageTitle, Dialogs::Icon::Critical);
+    TxtPiCf->setFocus();
+}
+
+} // namespace kelm::ui

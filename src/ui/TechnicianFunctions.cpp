@@ -1,0 +1,230 @@
+#include "ui/TechnicianFunctions.h"
+
+#include "link/PanelCommand.h"
+#include "server/TotalsFile.h"
+#include "technician/CommandConsole.h"
+#include "technician/DocumentCompletion.h"
+#include "technician/EndOfDay.h"
+#include "technician/LastReceiptReprint.h"
+#include "technician/TestReceipts.h"
+#include "technician/VirtualKeyboard.h"
+#include "ui/FrmCliente.h"
+#include "ui/FrmNCred.h"
+#include "ui/FrmPiCf.h"
+#include "ui/TechnicianPage.h"
+#include "ui/UsoEcrPage.h"
+
+#include <QFile>
+#include <QPointer>
+
+namespace kelm::ui {
+
+using namespace technician;
+
+namespace {
+
+Operator::Button askQuestion(Dialogs& dialogs, const TechnicianQuestion& q)
+{
+    return dialogs.ask(q.text, q.title, q.icon, q.buttons, q.defaultButton);
+}
+
+} // namespace
+
+TechnicianFunctions::TechnicianFunctions(service::DriverSession& session, Operator& op, Dialogs& dialogs,
+                                         UsoEcrPage* keyboard, TechnicianPage* technician, CurrentConfig config,
+                                         QWidget* dialogParent)
+    : QObject(dialogParent), jobs_(session, op), dialogs_(dialogs), keyboard_(keyboard), technician_(technician),
+      config_(std::move(config)), dialogParent_(dialogParent)
+{
+    connect(keyboard_, &UsoEcrPage::cmdECR_Click, this, &TechnicianFunctions::cmdECR_Click);
+    connect(keyboard_, &UsoEcrPage::CmdFat_Click, this, &TechnicianFunctions::CmdFat_Click);
+    connect(keyboard_, &UsoEcrPage::CmdNotaCredito_Click, this, &TechnicianFunctions::CmdNotaCredito_Click);
+    connect(keyboard_, &UsoEcrPage::CmdCfPi_Click, this, &TechnicianFunctions::CmdCfPi_Click);
+    connect(keyboard_, &UsoEcrPage::cmdChiusuraGIornaliera_Click, this, &TechnicianFunctions::cmdChiusuraGIornaliera_Click);
+    connect(keyboard_, &UsoEcrPage::cmdReportVenditeOP01_Click, this, &TechnicianFunctions::cmdReportVenditeOP01_Click);
+    connect(technician_, &TechnicianPage::cmdVirtKBD_Click, this, &TechnicianFunctions::cmdVirtKBD_Click);
+    connect(technician_, &TechnicianPage::Command1_Click, this, &TechnicianFunctions::Command1_Click);
+    connect(technician_, &TechnicianPage::cmdSendCommand_Click, this, &TechnicianFunctions::cmdSendCommand_Click);
+    connect(technician_, &TechnicianPage::cmdChiusuraGIornaliera_Click, this,
+            &TechnicianFunctions::cmdChiusuraGIornaliera_Click);
+    connect(technician_, &TechnicianPage::cmdReportVenditeOP01_Click, this,
+            &TechnicianFunctions::cmdReportVenditeOP01_Click);
+    connect(technician_, &TechnicianPage::cmdDGFE_Click, this, &TechnicianFunctions::cmdDGFE_Click);
+    connect(technician_, &TechnicianPage::cmdDemoTicket_Click, this, &TechnicianFunctions::cmdDemoTicket_Click);
+}
+
+void TechnicianFunctions::run(ExchangeSteps steps, Display display, AfterSteps after)
+{
+    auto outcome = std::make_shared<StepOutcome>();
+    QPointer<UsoEcrPage> keyboard = keyboard_;
+    QPointer<TechnicianPage> technician = technician_;
+    jobs_.run(
+        this, [steps = std::move(steps), outcome](EcrLink& link, Operator& op) { *outcome = runSteps(link, op, steps); },
+        [outcome, display, keyboard, technician, after = std::move(after)] {
+            if (outcome->display) {
+                if (display == Display::Keyboard && keyboard)
+                    keyboard->setDisplay(outcome->display->line1, outcome->display->line2);
+                if (display == Display::Technician && technician)
+                    technician->setDisplay(outcome->display->line1, outcome->display->line2);
+            }
+            if (after)
+                after(*outcome);
+        });
+}
+
+void TechnicianFunctions::showMessages(const QStringList& messages)
+{
+    for (const QString& m : messages)
+        dialogs_.showMessage(m, kDocumentMessageTitle, Dialogs::Icon::Information);
+}
+
+void TechnicianFunctions::cmdECR_Click(int index)
+{
+    // The steps are taken now, in the order of the presses; the cash key
+    // also ends a pending document here, before the next press is taken.
+    run(keyPressSteps(index, documents_), Display::Keyboard);
+}
+
+void TechnicianFunctions::cmdVirtKBD_Click(int code)
+{
+    run(keypadPressSteps(code), Display::Technician);
+}
+
+void TechnicianFunctions::Command1_Click()
+{
+    run(prelieviSteps(), Display::None);
+}
+
+void TechnicianFunctions::technicianPageShown()
+{
+    technician_->focusConsole();
+    QPointer<TechnicianPage> page = technician_;
+    run(technicianTabSteps(), Display::None, [page](const StepOutcome& outcome) {
+        if (const auto lines = displayLines(outcome.lastAnswer); lines && page)
+            page->setDisplay(lines->line1, lines->line2);
+    });
+}
+
+void TechnicianFunctions::cmdSendCommand_Click(int index)
+{
+    technician_->setAnswer(QString());
+    QStringList records;
+    if (index == 0) {
+        records << singleCommandRecord(technician_->singleCommand());
+    } else if (index == 1) {
+        const QString path = technician_->commandFile().trimmed();
+        if (path.isEmpty())
+            return;
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly)) {
+            technician_->setAnswer(kConsoleFileMissing);
+            return;
+        }
+        records = commandFileRecords(file.readAll());
+    } else {
+        technician_->setAnswer(kConsoleUnknownButton);
+        return;
+    }
+    QPointer<TechnicianPage> page = technician_;
+    jobs_.run(this, [records, page](EcrLink& link, Operator& op) {
+        PanelCommand panel(link, op);
+        for (const QString& record : records) {
+            panel(record);
+            const QString shown = consoleAnswerText(panel.LastAnswer);
+            LineJobs::onUiThread(page, [page, shown] { if (page) page->setAnswer(shown); });
+        }
+    });
+}
+
+void TechnicianFunctions::CmdFat_Click()
+{
+    const DocumentStart start = startInvoice(documents_, keyboard_->displayLine1());
+    showMessages(start.messages);
+    if (!start.showForm)
+        return;
+    FrmCliente form(documents_, dialogParent_);
+    form.exec();
+    if (!documents_.CustomerSet)
+        return;
+    run(invoiceOpeningSteps(documents_), Display::None,
+        [this](const StepOutcome& outcome) { invoiceOpened(documents_, outcome.lastResult); });
+}
+
+void TechnicianFunctions::CmdNotaCredito_Click()
+{
+    const DocumentStart start = startCreditNote(documents_, keyboard_->displayLine1());
+    showMessages(start.messages);
+    if (!start.showForm)
+        return;
+    FrmNCred form(documents_, dialogParent_);
+    form.exec();
+    run(creditNoteOpeningSteps(documents_), Display::None);
+}
+
+void TechnicianFunctions::CmdCfPi_Click()
+{
+    FrmPiCf form(documents_, dialogs_, dialogParent_);
+    form.exec();
+    run(piCfSteps(documents_), Display::None);
+}
+
+void TechnicianFunctions::cmdChiusuraGIornaliera_Click()
+{
+    const Operator::Button answer = askQuestion(dialogs_, dailyClosureQuestion());
+    const ExchangeSteps steps = dailyClosureSteps(answer);
+    if (steps.isEmpty())
+        return;
+    // The day's totals are read just before the closure puts them to zero,
+    // and written to Totali.txt once the closure has gone through.
+    const QString serverDir = config_().serverDir;
+    auto totals = std::make_shared<QString>();
+    jobs_.run(this, [steps, totals, serverDir](EcrLink& link, Operator& op) {
+        PanelCommand panel(link, op);
+        if (panel(QStringLiteral("t/")) == 0)
+            *totals = panel.LastAnswer;
+        if (runSteps(link, op, steps).lastResult == 0 && !totals->isEmpty())
+            server::WriteTotals(serverDir, *totals);
+    });
+}
+
+void TechnicianFunctions::cmdReportVenditeOP01_Click()
+{
+    run(salesTotalsSteps(), Display::None);
+}
+
+void TechnicianFunctions::cmdDGFE_Click(int index)
+{
+    if (index != 0)
+        return; // journal functions of a later version
+    const ExchangeSteps request = reprintRequestSteps(askQuestion(dialogs_, reprintQuestion()));
+    if (request.isEmpty())
+        return;
+    jobs_.run(this, [request](EcrLink& link, Operator& op) {
+        const StepOutcome read = runSteps(link, op, request);
+        runSteps(link, op, reprintStepsAfter(read.lastAnswer));
+    });
+}
+
+void TechnicianFunctions::cmdDemoTicket_Click(int index)
+{
+    const QByteArray content = testReceiptFile(index);
+    if (content.isEmpty() || askQuestion(dialogs_, testReceiptQuestion()) != Operator::Button::Yes)
+        return;
+    const ConfigPC config = config_();
+    const std::optional<QString> path = testReceiptPath(config.serverDir, config.serverFile);
+    if (!path)
+        return;
+    if (QFile::exists(*path)) {
+        dialogs_.showMessage(kTestFileExists, kTestFileExistsTitle, Dialogs::Icon::NoIcon);
+        return;
+    }
+    // Written under another name and renamed, so that the server never
+    // takes half a file.
+    QFile file(*path + QStringLiteral(".tmp"));
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush()) {
+        file.close();
+        QFile::rename(file.fileName(), *path);
+    }
+}
+
+} // namespace kelm::ui

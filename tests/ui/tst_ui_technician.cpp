@@ -1,0 +1,239 @@
+// The keyboard and technician pages against the built-in virtual register:
+// the display after a sale, the console, an invoice completed on the cash
+// key, the closure question both ways, the reprint sequence and the test
+// receipt files.
+#include "ScriptedDialogs.h"
+#include "technician/TestReceipts.h"
+#include "ui/MainForm.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace kelm;
+using Button = ui::Dialogs::Button;
+
+namespace {
+
+class Window {
+public:
+    Window()
+    {
+        QDir().mkpath(spool());
+        QFile ini(dir.filePath("KelmDrev.ini"));
+        ini.open(QIODevice::WriteOnly);
+        ini.write("[Parametri]\r\nModello=Kelm Brio\r\nVelocita=9600\r\nDispositivo=virtual\r\nServerStato=Off\r\n"
+                  "ServerFile=scontrino.txt\r\nServerDir=" + spool().toLatin1() + "\r\n");
+        ini.close();
+        form = std::make_unique<ui::MainForm>(ui::MainForm::Options{dir.path(), false}, &dialogs, &passwords);
+        form->start();
+        ready = QTest::qWaitFor([this] { return !find<QLabel>("sbMain_3")->text().isEmpty(); }, 10000);
+    }
+    QString spool() const { return dir.filePath("spool"); }
+    template <typename W>
+    W* find(const QString& name) const { return form->findChild<W*>(name); }
+    void click(const QString& name) const { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
+    void key(int index) const { click(QStringLiteral("cmdECR_%1").arg(index)); }
+    QStringList journal() const
+    {
+        QFile f(dir.filePath("virtual-ecr-journal.txt"));
+        f.open(QIODevice::ReadOnly);
+        return QString::fromLatin1(f.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    }
+    // Waits until the line's worker has run everything posted so far.
+    void settle() const
+    {
+        QTest::qWait(50);
+        QVERIFY(QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }, 10000));
+    }
+
+    QTemporaryDir dir;
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    std::unique_ptr<ui::MainForm> form;
+    bool ready = false;
+};
+
+} // namespace
+
+class TechnicianTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void displayAfterASale();
+    void consoleAppendsTheSlash_data();
+    void consoleAppendsTheSlash();
+    void commandFileSendsEveryItem();
+    void invoiceOnTheCashKey();
+    void closureQuestion_data();
+    void closureQuestion();
+    void reprintSetsTheParameterOnce();
+    void testReceiptFiles_data();
+    void testReceiptFiles();
+};
+
+void TechnicianTest::displayAfterASale()
+{
+    Window w;
+    QVERIFY(w.ready);
+    w.key(17); // "5"
+    w.key(41); // "REP-01"
+    w.settle();
+    const QString line1 = w.find<QLabel>("LblDisp1_0")->text();
+    QVERIFY2(line1.contains(QStringLiteral("5")), qPrintable(line1));
+    QCOMPARE(line1.size(), 16);
+    QVERIFY(w.journal().contains(QStringLiteral(")/46/")));
+    QVERIFY(w.journal().contains(QStringLiteral(")/5/")));
+}
+
+void TechnicianTest::consoleAppendsTheSlash_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("sent");
+    QTest::newRow("slash added") << "x/1/1/1" << "x/1/1/1/";
+    QTest::newRow("slash added even after one") << "a/" << "a//";
+}
+
+void TechnicianTest::consoleAppendsTheSlash()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, sent);
+    Window w;
+    w.find<QLineEdit>("txtSingleCMD")->setText(typed);
+    w.click("cmdSendCommand_0");
+    w.settle();
+    QVERIFY2(w.journal().contains(sent), qPrintable(w.journal().join(u'|')));
+    QVERIFY(w.find<QLineEdit>("txtAnswerCMD")->text().startsWith(QStringLiteral("00/")));
+    w.click("cmdTechCancAnswer");
+    QCOMPARE(w.find<QLineEdit>("txtAnswerCMD")->text(), QString());
+}
+
+void TechnicianTest::commandFileSendsEveryItem()
+{
+    Window w;
+    w.find<QLineEdit>("txtFileCMD")->setText(w.dir.filePath("missing.txt"));
+    w.click("cmdSendCommand_1");
+    QCOMPARE(w.find<QLineEdit>("txtAnswerCMD")->text(), QStringLiteral("File inesistente"));
+    QFile file(w.dir.filePath("commands.txt"));
+    file.open(QIODevice::WriteOnly);
+    file.write("a/,s/\r\nZ/\r\n");
+    file.close();
+    w.find<QLineEdit>("txtFileCMD")->setText(file.fileName());
+    w.click("cmdSendCommand_1");
+    w.settle();
+    const QStringList j = w.journal();
+    QVERIFY(j.indexOf(QStringLiteral("a/")) < j.lastIndexOf(QStringLiteral("s/")));
+    // The last item was refused: the box shows its outcome.
+    QCOMPARE(w.find<QLineEdit>("txtAnswerCMD")->text(), QStringLiteral("Errore"));
+}
+
+void TechnicianTest::invoiceOnTheCashKey()
+{
+    Window w;
+    w.settle();
+    QTimer::singleShot(100, [] {
+        QWidget* form = nullptr;
+        for (QWidget* top : QApplication::topLevelWidgets())
+            if (top->objectName() == QStringLiteral("FrmCliente") && top->isVisible())
+                form = top;
+        QVERIFY(form);
+        form->findChild<QLineEdit*>("TxtPIva")->setText(QStringLiteral("01234567897"));
+        form->findChild<QLineEdit*>("TxtRiga_0")->setText(QStringLiteral("ROSSI SRL"));
+        form->findChild<QLineEdit*>("TxtRiga_1")->setText(QStringLiteral("VIA ROMA 1"));
+        form->findChild<QLineEdit*>("TxtRiga_2")->setText(QStringLiteral("00100 ROMA"));
+        QTest::mouseClick(form->findChild<QPushButton*>("CmdChiude_1"), Qt::LeftButton);
+    });
+    w.click("CmdFat");
+    w.settle();
+    w.key(17);
+    w.key(41);
+    w.key(43); // "Contanti"
+    w.settle();
+    const QStringList j = w.journal();
+    const qsizetype open = j.indexOf(QStringLiteral("3/F/OPENFAT//0/0/0/0/"));
+    const qsizetype customer = j.indexOf(QStringLiteral("j/ROSSI SRL/VIA ROMA 1/00100 ROMA///////0/"));
+    QVERIFY2(open >= 0 && customer > open, qPrintable(j.join(u'|')));
+    QVERIFY(j.indexOf(QStringLiteral("5/1/0////")) > customer);
+
+}
+
+void TechnicianTest::closureQuestion_data()
+{
+    QTest::addColumn<Button>("answer");
+    QTest::newRow("Cancel closes nothing") << Button::Cancel;
+    QTest::newRow("OK closes and writes the totals") << Button::Ok;
+}
+
+void TechnicianTest::closureQuestion()
+{
+    QFETCH(Button, answer);
+    Window w;
+    w.key(17);
+    w.key(41);
+    w.key(43);
+    w.settle();
+    w.dialogs.answers = {answer};
+    w.click("cmdChiusuraGIornaliera_0");
+    w.settle();
+    QCOMPARE(w.dialogs.asked, QStringList{"ATTENZIONE: Si conferma di voler fare la chiusura giornaliera?"});
+    const bool closed = answer == Button::Ok;
+    QCOMPARE(w.journal().contains(QStringLiteral("x/7/0/0/")), closed);
+    QFile totals(w.spool() + QStringLiteral("Totali.txt")); // the folder name runs into the file name, as always
+    QCOMPARE(totals.exists(), closed);
+    if (closed) {
+        QVERIFY(totals.open(QIODevice::ReadOnly));
+        const QByteArray text = totals.readAll();
+        QVERIFY2(text.startsWith("IVA 1 = "), text.constData());
+        QVERIFY2(text.contains("TOTALE VENDITE = 0.05"), text.constData()); // "5" keys five cents
+    }
+}
+
+void TechnicianTest::reprintSetsTheParameterOnce()
+{
+    Window w;
+    w.key(17);
+    w.key(41);
+    w.key(43); // a receipt to reprint
+    w.settle();
+    w.dialogs.answers = {Button::Yes, Button::Yes};
+    w.click("cmdDGFE_0");
+    w.settle();
+    w.click("cmdDGFE_0");
+    w.settle();
+    const QStringList j = w.journal().filter(QRegularExpression(QStringLiteral("^(B/12/|G/12/|\\)/120/)")));
+    QVERIFY2(j == (QStringList{"B/12/", "G/12/1/1/42/", ")/120/", "B/12/", ")/120/"}), qPrintable(j.join(u'|') + " / " + w.dialogs.asked.join(u'|')));
+    w.click("cmdDGFE_1"); // a placeholder: nothing happens
+    w.settle();
+    QCOMPARE(w.journal().filter(QStringLiteral("B/12/")).size(), 2);
+}
+
+void TechnicianTest::testReceiptFiles_data()
+{
+    QTest::addColumn<int>("index");
+    for (int i = technician::kFirstTestReceipt; i <= technician::kLastTestReceipt; ++i)
+        QTest::newRow(qPrintable(technician::testReceiptCaption(i))) << i;
+}
+
+void TechnicianTest::testReceiptFiles()
+{
+    QFETCH(int, index);
+    Window w;
+    w.dialogs.answers = {Button::Yes, Button::Yes};
+    w.click(QStringLiteral("cmdDemoTicket_%1").arg(index));
+    QFile file(QDir(w.spool()).filePath("scontrino.txt"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), technician::testReceiptFile(index));
+    file.close();
+    w.click(QStringLiteral("cmdDemoTicket_%1").arg(index)); // never over a waiting file
+    QCOMPARE(w.dialogs.shown, QStringList{"Kelm Drev: File già esistente."});
+}
+
+QTEST_MAIN(TechnicianTest)
+#include "tst_ui_technician.moc"
