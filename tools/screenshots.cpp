@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -70,10 +71,17 @@ int main(int argc, char** argv)
     waitUntil([&] { return !QFile::exists(home.filePath("spool/scontrino.txt")); }, 10000);
     waitUntil([] { return false; }, 1500); // the paper roll and display catch up
 
+    // A sale keyed on the virtual keyboard, left open, so that the display
+    // shows an amount: 2, 5, 0, REP-02.
+    for (int key : {19, 17, 21, 38})
+        if (auto* button = form.findChild<QPushButton*>(QStringLiteral("cmdECR_%1").arg(key)))
+            button->click();
+    waitUntil([] { return false; }, 1500);
+
     auto* tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTabPrimaria"));
     for (int i = 0; i < tabs->count(); ++i) {
         tabs->setCurrentIndex(i);
-        QCoreApplication::processEvents();
+        waitUntil([] { return false; }, 600); // the technician page reads the display
         const QString path = QStringLiteral("%1/tab-%2.png").arg(out).arg(i);
         if (!form.grab().save(path))
             return 2;

@@ -26,6 +26,8 @@ VirtualEcrPanel::VirtualEcrPanel(const QString& paperPath, QWidget* parent)
     paper_->setReadOnly(true);
     paper_->setFont(fixed);
     paper_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    // The roll is 32 characters wide: show all of it.
+    paper_->setMinimumWidth(paper_->fontMetrics().horizontalAdvance(QString(36, u'M')));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(display_);
     layout->addWidget(paper_, 1);
