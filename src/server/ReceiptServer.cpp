@@ -63,6 +63,10 @@ void ReceiptServer::linkLost(const QString& record)
 {
     list(kEcrTag + kLinkLostMessage);
     log_.WriteLog(kLinkLostMessage, record);
+    // Whoever watches the window or the service log must see it at once: a
+    // pulled cable stops the till's receipts.
+    op_.setPanel(1, QStringLiteral("Attenzione!"));
+    op_.setPanel(2, kLinkLostMessage);
 }
 
 QString ReceiptServer::statusQuery()

@@ -1,6 +1,7 @@
 #include "service/DriverSession.h"
 
 #include "app/InstanceLock.h"
+#include "app/PendingQueue.h"
 #include "app/ProgramFolder.h"
 #include "app/ServerDirectory.h"
 #include "link/PanelCommand.h"
@@ -119,6 +120,9 @@ void DriverSession::readIdentityAndRates()
         vatRates_ = parseVatRates(panel.LastAnswer).table;
     startServer();
     server_->serialNumber = identity.serialNumber;
+    // What the last run could not send goes first.
+    if (!server_->queue.isEmpty())
+        server_->ProcessReceiptQueue();
 }
 
 void DriverSession::startServer()
@@ -136,6 +140,7 @@ void DriverSession::startServer()
 
     server_ = std::make_unique<server::ReceiptServer>(line_->link(), op_, *log_, settings, &stopping_);
     server_->runTimeListOn = runTimeListOn_;
+    server_->queue = takePendingQueue(pendingQueuePath(options_.programFolder));
 
     // A new file starts the next tick at once instead of up to 250 ms later.
     const QString spool = serverDirectoryPrefix(config_.serverDir, options_.programFolder);
@@ -232,9 +237,13 @@ void DriverSession::stop()
 void DriverSession::shutDownOnWorker()
 {
     stopping_ = true;
-    if (server_ && log_)
+    if (server_ && log_ && !server_->queue.isEmpty()) {
+        const bool kept = savePendingQueue(pendingQueuePath(options_.programFolder), server_->queue);
         for (const QString& line : server_->queue)
-            log_->WriteLog(QStringLiteral("Riga non inviata: driver fermato"), line);
+            log_->WriteLog(kept ? QStringLiteral("Riga non inviata: sarà inviata al prossimo avvio")
+                                : QStringLiteral("Riga non inviata: driver fermato"),
+                           line);
+    }
     watcher_.reset();
     timer_.reset();
     server_.reset();

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -31,15 +32,14 @@ void writeFile(const QString& path, const QByteArray& bytes)
 // ecrsim on a fresh pty, with the program's folder beside it.
 class Bench {
 public:
-    explicit Bench(const QStringList& faults = {})
+    explicit Bench(const QStringList& simOptions = {})
     {
         link = dir.filePath(QStringLiteral("ttyECR"));
         journal = dir.filePath(QStringLiteral("journal.txt"));
         spool = dir.filePath(QStringLiteral("spool"));
         QDir().mkpath(spool);
         QStringList args{"--link", link, "--journal", journal, "--paper", dir.filePath("paper.txt")};
-        for (const QString& f : faults)
-            args << "--fault" << f;
+        args << simOptions;
         sim.start(QStringLiteral(ECRSIM_EXE), args);
         ready = sim.waitForReadyRead(5000) && sim.readLine().startsWith("ready");
         configure(QStringLiteral("Kelm Brio"), link);
@@ -96,6 +96,7 @@ private Q_SLOTS:
     void sendWithUnusableConfiguration_data();
     void sendWithUnusableConfiguration();
     void headlessDriverTakesReceiptFiles();
+    void unpluggedMidReceiptCarriesOnAfterRestart();
     void headlessRefusesToStart_data();
     void headlessRefusesToStart();
 };
@@ -178,6 +179,65 @@ void EndToEndTest::headlessDriverTakesReceiptFiles()
     QCOMPARE(driver.exitStatus(), QProcess::NormalExit);
     QCOMPARE(driver.exitCode(), 0);
     QVERIFY(QString::fromUtf8(driver.readAllStandardError()).contains(QStringLiteral("Driver fermato")));
+}
+
+void EndToEndTest::unpluggedMidReceiptCarriesOnAfterRestart()
+{
+    QStringList receipt;
+    for (int i = 1; i <= 8; ++i)
+        receipt << QStringLiteral("3/S/ITEM%1//1/1.00/1/4/").arg(i);
+    receipt << QStringLiteral("5/1/0.00/////");
+    QStringList sent;
+    {
+        Bench bench({"--delay", "150"}); // slow enough to pull the plug half-way
+        QVERIFY(bench.ready);
+        QProcess driver;
+        driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
+        QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains("e/"), 10000);
+        writeFile(QDir(bench.spool).filePath("a.txt"), (receipt.join("\r\n") + "\r\n").toLatin1());
+        QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).filter("3/S/").size() >= 3, 10000);
+        QCOMPARE(bench.fault("unplug"), QStringLiteral("ok"));
+        // No crash, no hang: the driver says what happened and keeps running.
+        QByteArray said;
+        QTRY_VERIFY_WITH_TIMEOUT((said += driver.readAllStandardError()).contains("Comunicazione impossibile"), 40000);
+        QCOMPARE(driver.state(), QProcess::Running);
+        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+        QVERIFY(driver.waitForFinished(15000));
+        QCOMPARE(driver.exitCode(), 0);
+        sent = fileLines(bench.journal).filter(QRegularExpression("^[35]/"));
+        QVERIFY(QFile::exists(bench.dir.filePath("KelmDrev.pending")));
+        // Plugged back in: a new register on the same path, the same folder.
+        QProcess sim2;
+        const QString journal2 = bench.dir.filePath("journal2.txt");
+        QFile::remove(bench.link);
+        sim2.start(QStringLiteral(ECRSIM_EXE), {"--link", bench.link, "--journal", journal2});
+        QVERIFY(sim2.waitForReadyRead(5000));
+        QProcess again;
+        again.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
+        QTRY_VERIFY_WITH_TIMEOUT(fileLines(journal2).contains(receipt.last()), 15000);
+        sent += fileLines(journal2).filter(QRegularExpression("^[35]/"));
+        ::kill(static_cast<pid_t>(again.processId()), SIGTERM);
+        QVERIFY(again.waitForFinished(15000));
+        sim2.write("quit\n");
+        sim2.waitForFinished(3000);
+        QVERIFY(!QFile::exists(bench.dir.filePath("KelmDrev.pending")));
+        // Every record reached a register once, in order, but those the
+        // pulled plug caught: the one in flight (its answer never came, and
+        // the register could not be asked whether it was carried out) and the
+        // one whose handshake failed, which is named in the log.
+        QString log;
+        for (const QString& name : QDir(bench.spool).entryList({"*.log"}, QDir::Files | QDir::Hidden))
+            log += fileLines(QDir(bench.spool).filePath(name)).join(u'\n');
+        QStringList missing;
+        for (const QString& record : receipt) {
+            QVERIFY2(sent.count(record) <= 1, qPrintable(record + " twice: " + sent.join('|')));
+            if (!sent.contains(record))
+                missing << record;
+        }
+        QVERIFY2(missing.size() <= 2, qPrintable(missing.join('|')));
+        QVERIFY(missing.isEmpty() || log.contains(missing.last()));
+        QCOMPARE(sent.last(), receipt.last());
+    }
 }
 
 void EndToEndTest::headlessRefusesToStart_data()

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace kelm {
+
+// Receipt lines that were queued but not sent when the driver stopped (a
+// register unplugged in the middle of a receipt, then the program closed).
+// They are kept in the program folder and go out first at the next start,
+// so that a restart carries on where the line broke off.
+QString pendingQueuePath(const QString& programFolder);
+
+// Writes the lines (CR LF, Windows-1252), or removes the file when there
+// are none. False when the file could not be written.
+bool savePendingQueue(const QString& path, const QStringList& lines);
+
+// The lines kept by the last run, and the file gone.
+QStringList takePendingQueue(const QString& path);
+
+} // namespace kelm
