@@ -22,8 +22,8 @@ int runHeadless(const kelm::CommandLine& commandLine)
         return 1;
     }
     op.say(QStringLiteral("KelmDrev %1: driver avviato, cartella %2").arg(QStringLiteral(KELMDREV_VERSION), folder));
-    QObject::connect(&driver, &kelm::service::DriverSession::stopped, qApp, &QCoreApplication::quit);
-    kelm::onShutdownSignal(qApp, [&] {
+    QObject::connect(&driver, &kelm::service::DriverSession::stopped, QCoreApplication::instance(), &QCoreApplication::quit);
+    kelm::onShutdownSignal(QCoreApplication::instance(), [&] {
         op.say(QStringLiteral("Arresto richiesto: chiudo dopo il record in corso"));
         driver.stop();
     });

@@ -82,8 +82,18 @@ int main(int argc, char** argv)
     QProcess driver;
     driver.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     driver.start(kelmdrev, {"--headless", "--home", dir.path()});
-    while (!lines(journal).contains(QStringLiteral("e/")))
+    // Never wait for a driver that is gone: a soak must end.
+    auto driverGone = [&driver] {
+        if (driver.state() != QProcess::NotRunning && !driver.waitForFinished(0))
+            return false;
+        std::fprintf(stderr, "the driver ended unexpectedly (exit %d)\n", driver.exitCode());
+        return true;
+    };
+    while (!lines(journal).contains(QStringLiteral("e/"))) {
+        if (driverGone())
+            return 1;
         QThread::msleep(50);
+    }
 
     // Faults a real line and register produce; silence is left out because
     // the policy itself repeats a record after an unanswered frame, which
@@ -119,12 +129,18 @@ int main(int argc, char** argv)
         writeAtomically(QDir(spool).filePath(QStringLiteral("r%1.txt").arg(i, 6, 10, QChar(u'0'))), content);
         // One customer after the other, as at a till: files waiting together
         // are taken in the order the folder lists them, which is no order.
-        while (!QDir(spool).entryList({"*.txt"}, QDir::Files).isEmpty())
+        while (!QDir(spool).entryList({"*.txt"}, QDir::Files).isEmpty()) {
+            if (driverGone())
+                return 1;
             QThread::msleep(5);
+        }
         sim.readAll();
     }
-    while (!QDir(spool).entryList({"*.txt", "*.drev"}, QDir::Files).isEmpty())
+    while (!QDir(spool).entryList({"*.txt", "*.drev"}, QDir::Files).isEmpty()) {
+        if (driverGone())
+            return 1;
         QThread::msleep(50);
+    }
     QThread::msleep(1500);
     const double seconds = double(wall.elapsed()) / 1000.0;
     driver.terminate();

@@ -3,6 +3,7 @@
 #include "app/Configuration.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace kelm::server {
 
@@ -73,10 +74,26 @@ QStringList MatchFileMask(const QString& directory, const QString& mask,
         return {};
     const FileMask parsed = parseFileMask(mask);
     QStringList names;
-    for (const QString& name : dir.entryList(QDir::Files, QDir::Unsorted)) {
+    // Links are not followed and only regular files are read: a link may
+    // lead anywhere, and reading a pipe would never end.
+    for (const QString& name : dir.entryList(QDir::Files | QDir::NoSymLinks, QDir::Unsorted)) {
         if (!hasForbiddenExtension(name, forbiddenExtensions) && matchesFileMask(parsed, name))
             names.append(name);
     }
+    return names;
+}
+
+QStringList UnreadableMatches(const QString& directory, const QString& mask)
+{
+    const QDir dir(directory);
+    if (!dir.exists())
+        return {};
+    const FileMask parsed = parseFileMask(mask);
+    QStringList names;
+    const auto all = QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot;
+    for (const QFileInfo& info : dir.entryInfoList(all, QDir::Unsorted))
+        if ((info.isSymLink() || !info.isFile()) && matchesFileMask(parsed, info.fileName()))
+            names.append(info.fileName());
     return names;
 }
 

@@ -40,6 +40,10 @@ bool hasForbiddenExtension(const QString& fileName, const QStringList& forbidden
 QStringList MatchFileMask(const QString& directory, const QString& mask,
                           const QStringList& forbiddenExtensions);
 
+// Entries that match the mask but are not taken: symbolic links, folders,
+// pipes and other non-regular files. They are left alone.
+QStringList UnreadableMatches(const QString& directory, const QString& mask);
+
 // The log's base name after a mask has been used: the pattern when there is
 // one; a mask with an empty pattern leaves the name as it was (initially
 // empty, which the log turns into "DREV").

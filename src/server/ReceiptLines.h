@@ -19,4 +19,12 @@ QStringList splitReceiptLines(QByteArrayView bytes);
 // is sent); otherwise the line with a final "/" added when it lacks one.
 std::optional<QString> normalizeQueueLine(const QString& line);
 
+// Why no frame can carry this line, if that is so: one of the line's own
+// control bytes (STX, ETX, ENQ, ACK, NAK, CAN) inside it, or more characters
+// than a frame holds. Sent anyway, the register would refuse it for ever and
+// stop the till.
+std::optional<QString> uncarriableReason(const QString& line);
+
+constexpr qsizetype kMaxRecordCharacters = 2047;
+
 } // namespace kelm::server

@@ -192,6 +192,11 @@ void ReceiptServer::ProcessReceiptQueue()
         const std::optional<QString> normalized = normalizeQueueLine(line);
         if (!normalized)
             continue;
+        if (const auto reason = uncarriableReason(*normalized)) {
+            log_.WriteLog(*reason, *normalized);
+            list(kEcrTag + *reason);
+            continue;
+        }
         const ItemLineRewrite rewrite = rewriteItemLine(*normalized, settings_.itemLines);
         if (!rewrite.logMessage.isEmpty())
             log_.WriteLog(rewrite.logMessage, *normalized);
@@ -300,6 +305,11 @@ void ReceiptServer::ScanServerDir()
     const QString mask = settings_.serverFile.trimmed();
     const QStringList names = MatchFileMask(directory, mask, settings_.forbiddenExtensions);
     log_.setLogName(logNameAfterMask(parseFileMask(mask), log_.logName()));
+    for (const QString& name : UnreadableMatches(directory, mask))
+        if (!reportedUnreadable_.contains(name)) { // once, not every 250 ms
+            reportedUnreadable_.insert(name);
+            log_.WriteLog(QStringLiteral("Non è un file normale (collegamento, cartella o altro): lasciato com'è"), name);
+        }
     bool taken = false;
     for (const QString& name : names)
         taken = claimFile(directory, name) || taken;

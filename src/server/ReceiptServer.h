@@ -6,6 +6,7 @@
 #include "server/ItemLineRewrite.h"
 
 #include <QDateTime>
+#include <QSet>
 #include <QStringList>
 
 #include <atomic>
@@ -82,6 +83,7 @@ private:
     Now now_;
     QString answer_;
     bool paperOut_ = false;
+    QSet<QString> reportedUnreadable_;
     const std::atomic<bool>* stop_;
 };
 

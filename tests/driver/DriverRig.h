@@ -64,7 +64,7 @@ public:
     QStringList logMessages() const
     {
         QStringList lines;
-        for (const QString& name : QDir(spool.path()).entryList({QStringLiteral("*.log")}, QDir::Files)) {
+        for (const QString& name : QDir(spool.path()).entryList({QStringLiteral("*.log")}, QDir::Files | QDir::Hidden)) {
             QFile f(spoolFile(name));
             if (f.open(QIODevice::ReadOnly))
                 for (const QByteArray& l : f.readAll().split('\n'))

@@ -1,8 +1,14 @@
 // Receipt files in the spool folder: which are taken, how they are claimed,
 // and what happens to them afterwards.
 #include "DriverRig.h"
+#include "server/ReceiptLines.h"
 
+#include <QFileInfo>
 #include <QTest>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 using namespace kelm;
 
@@ -39,6 +45,9 @@ private Q_SLOTS:
     void testModeAsksBeforeDeleting_data();
     void testModeAsksBeforeDeleting();
     void twoFilesAreQueuedBeforeSending();
+    void badReceiptFiles_data();
+    void badReceiptFiles();
+    void linksAndPipesAreLeftAlone();
     void logFileNameFollowsTheMask_data();
     void logFileNameFollowsTheMask();
 };
@@ -160,6 +169,68 @@ void SpoolTest::twoFilesAreQueuedBeforeSending()
     QCOMPARE(first.size(), 2);
     QCOMPARE(first[1].count(u'|'), 3); // four lines waiting before the first is taken
     QCOMPARE(rig.journal().size(), 4);
+}
+
+void SpoolTest::badReceiptFiles_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("item");    // the sale line as the register must get it, if it gets it
+    const QByteArray pay = "5/1/0.00/////\r\n";
+    QTest::newRow("UTF-8 with its mark") << QByteArray("\xEF\xBB\xBF" "3/S/CAFF\xC3\x88//1/1.00/1/4/\r\n") + pay
+                                         << QStringLiteral("3/S/CAFF\u00C8//1/1.00/1/4/");
+    QTest::newRow("UTF-8 without a mark") << QByteArray("3/S/CAFF\xC3\x88//1/1.00/1/4/\n") + pay
+                                          << QStringLiteral("3/S/CAFF\u00C8//1/1.00/1/4/");
+    QTest::newRow("Windows-1252 stays as it is") << QByteArray("3/S/CAFF\xC8//1/1.00/1/4/\r\n") + pay
+                                                 << QStringLiteral("3/S/CAFF\u00C8//1/1.00/1/4/");
+    QTest::newRow("binary bytes in a line") << QByteArray("3/S/A\x01\xFF//1/1.00/1/4/\r\n") + pay << QString();
+    QTest::newRow("a frame byte in a line is not sent")
+        << QByteArray("3/S/OK//1/1.00/1/4/\r\n3/S/A\x02\x03//1/1.00/1/4/\r\n") + pay
+        << QStringLiteral("3/S/OK//1/1.00/1/4/");
+    QTest::newRow("a NUL in a line") << QByteArray("3/S/A\0B//1/1.00/1/4/\r\n", 22) + pay << QString();
+    QTest::newRow("a line longer than a frame is not sent")
+        << QByteArray("3/S/OK//1/1.00/1/4/\r\n3/S/") + QByteArray(5000, 'L') + "//1/1.00/1/4/\r\n" + pay
+        << QStringLiteral("3/S/OK//1/1.00/1/4/");
+}
+
+void SpoolTest::badReceiptFiles()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, item);
+    DriverRig rig;
+    rig.drop(QStringLiteral("scontrino.txt"), content);
+    rig.server().ScanServerDir();
+    // Whatever the register made of the odd line, the receipt was closed
+    // and nothing was left behind.
+    QVERIFY(!rig.journal().isEmpty());
+    QCOMPARE(rig.journal().last(), QStringLiteral("5/1/0.00/////"));
+    QVERIFY(rig.server().queue.isEmpty());
+    if (!item.isEmpty())
+        QCOMPARE(rig.journal().first(), item);
+    // A line that could not be sent is named in the log.
+    if (rig.journal().size() < server::splitReceiptLines(content).size())
+        QVERIFY(!rig.logMessages().filter(QStringLiteral("non inviato")).isEmpty());
+}
+
+void SpoolTest::linksAndPipesAreLeftAlone()
+{
+    DriverRig rig;
+    rig.settings.serverFile = QStringLiteral("*.txt");
+    QTemporaryDir elsewhere;
+    QFile target(elsewhere.filePath(QStringLiteral("other.txt")));
+    QVERIFY(target.open(QIODevice::WriteOnly));
+    target.write("3/S/ELSEWHERE//1/1.00/1/4/\r\n");
+    target.close();
+    QVERIFY(QFile::link(target.fileName(), rig.spoolFile(QStringLiteral("link.txt"))));
+#ifdef Q_OS_UNIX
+    QVERIFY(::mkfifo(QFile::encodeName(rig.spoolFile(QStringLiteral("pipe.txt"))).constData(), 0600) == 0);
+#endif
+    rig.server().ScanServerDir();
+    rig.server().ScanServerDir();
+    QVERIFY(rig.journal().isEmpty()); // not followed, and no hang on the pipe
+    QVERIFY(QFileInfo(rig.spoolFile(QStringLiteral("link.txt"))).isSymLink());
+    QVERIFY(target.exists());
+    const QStringList log = rig.logMessages();
+    QCOMPARE(log.filter(QStringLiteral("Non è un file normale")).size(), QFileInfo::exists(rig.spoolFile("pipe.txt")) ? 2 : 1);
 }
 
 void SpoolTest::logFileNameFollowsTheMask_data()
