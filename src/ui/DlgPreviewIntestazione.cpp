@@ -14,9 +14,9 @@ namespace {
 // The paper roll: 32 fixed-pitch columns, lines as tall as their size asks.
 class PaperRoll final : public QWidget {
 public:
-    explicit PaperRoll(QList<programming::HeaderLine> lines) : lines_(std::move(lines))
+    explicit PaperRoll(QList<programming::HeaderLine> lines)
+        : lines_(std::move(lines)), font_(QFontDatabase::systemFont(QFontDatabase::FixedFont))
     {
-        font_ = QFontDatabase::systemFont(QFontDatabase::FixedFont);
         font_.setPointSize(11);
         const QFontMetrics m(font_);
         column_ = m.horizontalAdvance(u'M');
