@@ -20,22 +20,59 @@ build/default/bench/bench_driver 999
 echo "== programming downloads =="
 build/default/bench/bench_programming 9000 9000
 
-echo "== idle driver =="
-home=$(mktemp -d)
-mkdir -p "$home/spool"
-printf '[Parametri]\r\nModello=Kelm Brio\r\nVelocita=115200\r\nDispositivo=virtual\r\nServerDir=%s\r\n' "$home/spool" > "$home/KelmDrev.ini"
+now_ms() { echo $(( $(date +%s%N) / 1000000 )); }
+make_home() {
+  local home; home=$(mktemp -d)
+  mkdir -p "$home/spool"
+  printf '[Parametri]\r\nModello=Kelm Brio\r\nVelocita=115200\r\nDispositivo=virtual\r\nServerStato=On\r\nServerDir=%s\r\nServerFile=*.txt\r\n' \
+    "$home/spool" > "$home/KelmDrev.ini"
+  echo "$home"
+}
+# Until the register's identity is in [Current]: the driver is ready.
+wait_ready() { until grep -q '^SN=' "$1/KelmDrev.ini" 2>/dev/null; do sleep 0.005; done; }
+
+echo "== start-up =="
+home=$(make_home)
+start=$(now_ms)
 build/default/src/kelmdrev --headless --home "$home" 2>/dev/null &
 pid=$!
-sleep 3
+wait_ready "$home"
+echo "headless, to driver ready     $(( $(now_ms) - start )) ms"
+kill -INT $pid; wait $pid || true
+rm -rf "$home"
+home=$(make_home)
+start=$(now_ms)
+QT_QPA_PLATFORM=offscreen build/default/src/kelmdrev --home "$home" 2>/dev/null &
+pid=$!
+wait_ready "$home"
+echo "window, to driver ready       $(( $(now_ms) - start )) ms"
+kill -TERM $pid; wait $pid 2>/dev/null || true
+rm -rf "$home"
+
+echo "== idle and busy driver =="
+home=$(make_home)
+build/default/src/kelmdrev --headless --home "$home" 2>/dev/null &
+pid=$!
+wait_ready "$home"
+sleep 2
 ticks() { awk '{print $14 + $15}' "/proc/$pid/stat"; }
+rss() { awk '/VmRSS/ {print $2}' "/proc/$pid/status"; }
+idle_rss=$(rss)
 before=$(ticks)
 sleep "$idle_seconds"
 after=$(ticks)
 hz=$(getconf CLK_TCK)
+for i in $(seq 100); do
+  printf '3/S/ARTICOLO//1/1.00/1/4/\r\n3/S/ARTICOLO//1/2.00/2/4/\r\n5/1/0.00/////\r\n' > "$home/spool/r$i.part"
+  mv "$home/spool/r$i.part" "$home/spool/r$i.txt"
+done
+sleep 1
+busy_rss=$(rss)
 kill -INT $pid; wait $pid || true
 rm -rf "$home"
-awk -v t=$((after - before)) -v hz="$hz" -v s="$idle_seconds" 'BEGIN {
+awk -v t=$((after - before)) -v hz="$hz" -v s="$idle_seconds" -v i="$idle_rss" -v b="$busy_rss" 'BEGIN {
   cpu = t / hz
   printf "idle CPU over %d s          %.2f s (%.3f%% of one core)\n", s, cpu, 100 * cpu / s
   printf "idle CPU per hour (extrap.)  %.1f s\n", cpu * 3600 / s
+  printf "memory, idle / busy          %.1f MB / %.1f MB resident\n", i / 1024, b / 1024
 }'

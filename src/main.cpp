@@ -38,6 +38,9 @@ int runWindow(const kelm::CommandLine& commandLine)
     kelm::ui::MainForm form({kelm::ProgramFolder(commandLine.home), commandLine.testMode});
     if (!form.start())
         return 1;
+    // Asked to end from outside (logout, shutdown, kill): close the port
+    // cleanly, as the tray's exit does.
+    kelm::onShutdownSignal(&form, [&form] { form.mnuPopEsci_Click(); });
     return QApplication::exec();
 }
 
