@@ -26,4 +26,15 @@ public:
     virtual void queueChanged(const QStringList& lines) { Q_UNUSED(lines); }
 };
 
+// A question asked before an action, as data: what the operator sees and
+// the one answer that lets the action go on.
+struct Question {
+    QString text;
+    QString title;
+    Operator::Icon icon = Operator::Icon::Question;
+    QList<Operator::Button> buttons;
+    Operator::Button defaultButton = Operator::Button::Cancel;
+    Operator::Button proceed = Operator::Button::Ok;
+};
+
 } // namespace kelm

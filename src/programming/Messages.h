@@ -17,14 +17,5 @@ struct Notice {
     friend bool operator==(const Notice&, const Notice&) = default;
 };
 
-struct Question {
-    QString text;
-    QString title;
-    Operator::Icon icon = Operator::Icon::Question;
-    QList<Operator::Button> buttons;
-    Operator::Button defaultButton = Operator::Button::Cancel;
-    // The one answer that lets the action go on.
-    Operator::Button proceed = Operator::Button::Ok;
-};
 
 } // namespace kelm::programming

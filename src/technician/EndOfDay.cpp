@@ -2,7 +2,7 @@
 
 namespace kelm::technician {
 
-TechnicianQuestion dailyClosureQuestion()
+Question dailyClosureQuestion()
 {
     return {QStringLiteral("Si conferma di voler fare la chiusura giornaliera?"), QStringLiteral("ATTENZIONE"),
             Operator::Icon::Information, {Operator::Button::Ok, Operator::Button::Cancel},

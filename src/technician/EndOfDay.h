@@ -2,7 +2,7 @@
 
 #include "app/Operator.h"
 #include "technician/ExchangeStep.h"
-#include "technician/TechnicianQuestion.h"
+#include "app/Operator.h"
 
 // The end-of-day buttons: the daily closure and the sales totals report,
 // both by the panel road, which reports the register's errors itself.
@@ -14,7 +14,7 @@ inline const QString kDailyClosureRecord = QStringLiteral("x/7/0/0/");
 inline const QString kSalesTotalsRecord = QStringLiteral("x/1/1/1/");
 
 // Closing the day cannot be undone, so Enter on the question cancels it.
-TechnicianQuestion dailyClosureQuestion();
+Question dailyClosureQuestion();
 
 // The closure on the given answer to its question: nothing unless OK.
 ExchangeSteps dailyClosureSteps(Operator::Button answer);

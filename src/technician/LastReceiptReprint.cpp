@@ -13,11 +13,11 @@ constexpr qsizetype kParameterValueStart = 9; // character 10
 
 } // namespace
 
-TechnicianQuestion reprintQuestion()
+Question reprintQuestion()
 {
     return {QStringLiteral("Vuoi ristampare\rl'ultimo scontrino?"), QStringLiteral("Attenzione"),
             Operator::Icon::Information, {Operator::Button::Yes, Operator::Button::No},
-            Operator::Button::Yes};
+            Operator::Button::Yes, Operator::Button::Yes};
 }
 
 ExchangeSteps reprintRequestSteps(Operator::Button answer)

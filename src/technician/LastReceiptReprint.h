@@ -2,7 +2,7 @@
 
 #include "app/Operator.h"
 #include "technician/ExchangeStep.h"
-#include "technician/TechnicianQuestion.h"
+#include "app/Operator.h"
 
 // Reprint of the last receipt from the electronic journal (cmdDGFE(0)). The
 // register must have parameter 12 at 42 before it reprints, so it is read
@@ -12,7 +12,7 @@ namespace kelm::technician {
 
 inline const QString kReprintCaption = QStringLiteral("Ultimo Scontrino");
 
-TechnicianQuestion reprintQuestion();
+Question reprintQuestion();
 
 // On Yes: clear the answer and read parameter 12 ("B/12/").
 ExchangeSteps reprintRequestSteps(Operator::Button answer);

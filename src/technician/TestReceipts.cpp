@@ -81,14 +81,14 @@ QByteArray testReceiptFile(int index)
     return file;
 }
 
-TechnicianQuestion testReceiptQuestion()
+Question testReceiptQuestion()
 {
     return {QStringLiteral("Consigliamo, prima di emettere \r"
                            "scontrini di prova, di \r"
                            "entrare in modalità apprendimento.\r"
                            "Vuoi continuare?"),
             QStringLiteral("Attenzione"), Operator::Icon::Question, {Operator::Button::Yes, Operator::Button::No},
-            Operator::Button::Yes};
+            Operator::Button::Yes, Operator::Button::Yes};
 }
 
 std::optional<QString> testReceiptPath(const QString& serverDir, const QString& serverFile)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "technician/TechnicianQuestion.h"
+#include "app/Operator.h"
 
 #include <QByteArray>
 #include <QString>
@@ -24,7 +24,7 @@ QString testReceiptCaption(int index);
 QByteArray testReceiptFile(int index);
 
 // Asked first: the operator should put the register into learning mode.
-TechnicianQuestion testReceiptQuestion();
+Question testReceiptQuestion();
 
 // Where the file goes: the server directory, a directory separator when it
 // does not end in one, and the server file name. None when the directory is

@@ -41,6 +41,12 @@ public:
     }
 };
 
+// Asks a question given as data; true when the answer lets the action go on.
+inline bool confirmed(Dialogs& dialogs, const Question& q)
+{
+    return dialogs.ask(q.text, q.title, q.icon, q.buttons, q.defaultButton) == q.proceed;
+}
+
 // The real thing, with QMessageBox and QFileDialog, parented to `parent`.
 class QtDialogs final : public Dialogs {
 public:

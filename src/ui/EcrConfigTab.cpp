@@ -94,8 +94,7 @@ void EcrConfigTab::cmdSetParametri_Click(int index)
         show(unknownDownloadIndex());
         return;
     }
-    if (const auto& q = branch.confirmation;
-        q && dialogs_.ask(q->text, q->title, q->icon, q->buttons, q->defaultButton) != q->proceed)
+    if (branch.confirmation && !confirmed(dialogs_, *branch.confirmation))
         return;
     if (branch.table == DownloadTable::Logo)
         downloadLogo();
@@ -291,8 +290,7 @@ void EcrConfigTab::CmdReadParamS_Click()
 
 void EcrConfigTab::cmdResetParmS_Click()
 {
-    const Question q = resetSParametersQuestion();
-    if (dialogs_.ask(q.text, q.title, q.icon, q.buttons, q.defaultButton) != q.proceed)
+    if (!confirmed(dialogs_, resetSParametersQuestion()))
         return;
     sParameters_->setParameters(parseSParameters(defaultSParametersAnswer()));
     show(sParametersResetNotice());

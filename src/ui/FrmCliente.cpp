@@ -25,18 +25,9 @@ FrmCliente::FrmCliente(FiscalDocuments& documents, QWidget* parent)
         form->addRow(QStringLiteral("Riga %1").arg(i + 1), line);
         TxtRiga.append(line);
     }
-    auto* cancel = namedButton(indexed(QStringLiteral("CmdChiude"), 0), kCancelCaption);
-    auto* ok = namedButton(indexed(QStringLiteral("CmdChiude"), 1), kOkCaption);
-    ok->setDefault(true);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cancel);
-    buttons->addWidget(ok);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
-    layout->addLayout(buttons);
-    connect(cancel, &QPushButton::clicked, this, [this] { CmdChiude_Click(0); });
-    connect(ok, &QPushButton::clicked, this, [this] { CmdChiude_Click(kAcceptButton); });
+    layout->addLayout(closingButtons(kCancelCaption, kOkCaption, [this](int index) { CmdChiude_Click(index); }));
 }
 
 void FrmCliente::CmdChiude_Click(int index)

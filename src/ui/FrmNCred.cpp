@@ -22,18 +22,9 @@ FrmNCred::FrmNCred(FiscalDocuments& documents, QWidget* parent)
     auto* form = new QFormLayout;
     form->addRow(kPraticaLabel, TxtPratica);
     form->addRow(kRiferimentoLabel, TxtRifer);
-    auto* cancel = namedButton(indexed(QStringLiteral("CmdChiude"), 0), kCancelCaption);
-    auto* ok = namedButton(indexed(QStringLiteral("CmdChiude"), 1), kOkCaption);
-    ok->setDefault(true);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cancel);
-    buttons->addWidget(ok);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
-    layout->addLayout(buttons);
-    connect(cancel, &QPushButton::clicked, this, [this] { CmdChiude_Click(0); });
-    connect(ok, &QPushButton::clicked, this, [this] { CmdChiude_Click(kAcceptButton); });
+    layout->addLayout(closingButtons(kCancelCaption, kOkCaption, [this](int index) { CmdChiude_Click(index); }));
 }
 
 void FrmNCred::CmdChiude_Click(int index)

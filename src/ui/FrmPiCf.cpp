@@ -16,18 +16,9 @@ FrmPiCf::FrmPiCf(FiscalDocuments& documents, Dialogs& dialogs, QWidget* parent)
     setObjectName(QStringLiteral("FrmPiCf"));
     setWindowTitle(kPiCfCaption);
     makeDocumentBox(TxtPiCf, DocumentBox::FreeText);
-    auto* cancel = namedButton(indexed(QStringLiteral("CmdChiude"), 0), kCancelCaption);
-    auto* ok = namedButton(indexed(QStringLiteral("CmdChiude"), 1), kOkCaption);
-    ok->setDefault(true);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cancel);
-    buttons->addWidget(ok);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(TxtPiCf);
-    layout->addLayout(buttons);
-    connect(cancel, &QPushButton::clicked, this, [this] { CmdChiude_Click(0); });
-    connect(ok, &QPushButton::clicked, this, [this] { CmdChiude_Click(kAcceptButton); });
+    layout->addLayout(closingButtons(kCancelCaption, kOkCaption, [this](int index) { CmdChiude_Click(index); }));
 }
 
 void FrmPiCf::CmdChiude_Click(int index)

@@ -21,15 +21,6 @@ namespace kelm::ui {
 
 using namespace technician;
 
-namespace {
-
-Operator::Button askQuestion(Dialogs& dialogs, const TechnicianQuestion& q)
-{
-    return dialogs.ask(q.text, q.title, q.icon, q.buttons, q.defaultButton);
-}
-
-} // namespace
-
 TechnicianFunctions::TechnicianFunctions(service::DriverSession& session, Operator& op, Dialogs& dialogs,
                                          UsoEcrPage* keyboard, TechnicianPage* technician, CurrentConfig config,
                                          QWidget* dialogParent)
@@ -170,8 +161,8 @@ void TechnicianFunctions::CmdCfPi_Click()
 
 void TechnicianFunctions::cmdChiusuraGIornaliera_Click()
 {
-    const Operator::Button answer = askQuestion(dialogs_, dailyClosureQuestion());
-    const ExchangeSteps steps = dailyClosureSteps(answer);
+    const Question q = dailyClosureQuestion();
+    const ExchangeSteps steps = dailyClosureSteps(dialogs_.ask(q.text, q.title, q.icon, q.buttons, q.defaultButton));
     if (steps.isEmpty())
         return;
     // The day's totals are read just before the closure puts them to zero,
@@ -196,7 +187,8 @@ void TechnicianFunctions::cmdDGFE_Click(int index)
 {
     if (index != 0)
         return; // journal functions of a later version
-    const ExchangeSteps request = reprintRequestSteps(askQuestion(dialogs_, reprintQuestion()));
+    const Question q = reprintQuestion();
+    const ExchangeSteps request = reprintRequestSteps(dialogs_.ask(q.text, q.title, q.icon, q.buttons, q.defaultButton));
     if (request.isEmpty())
         return;
     jobs_.run(this, [request](EcrLink& link, Operator& op) {
@@ -208,7 +200,7 @@ void TechnicianFunctions::cmdDGFE_Click(int index)
 void TechnicianFunctions::cmdDemoTicket_Click(int index)
 {
     const QByteArray content = testReceiptFile(index);
-    if (content.isEmpty() || askQuestion(dialogs_, testReceiptQuestion()) != Operator::Button::Yes)
+    if (content.isEmpty() || !confirmed(dialogs_, testReceiptQuestion()))
         return;
     const ConfigPC config = config_();
     const std::optional<QString> path = testReceiptPath(config.serverDir, config.serverFile);

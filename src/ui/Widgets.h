@@ -3,7 +3,10 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QHBoxLayout>
 #include <QPushButton>
+
+#include <functional>
 
 // Small constructors for named controls: the object name is how tests and
 // the model adaptation find a control, so every control gets one.
@@ -26,5 +29,9 @@ inline QPushButton* namedButton(const QString& name, const QString& text)
 {
     return named<QPushButton>(name, text);
 }
+
+// The closing buttons of a document form, CmdChiude(0) to cancel and
+// CmdChiude(1) to accept (the default), right-aligned; `clicked` gets the index.
+QHBoxLayout* closingButtons(const QString& cancelText, const QString& okText, std::function<void(int)> clicked);
 
 } // namespace kelm::ui

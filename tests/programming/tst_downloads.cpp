@@ -3,6 +3,7 @@
 
 #include <QTest>
 
+using kelm::Question;
 using namespace kelm::programming;
 using Button = kelm::Operator::Button;
 using Icon = kelm::Operator::Icon;

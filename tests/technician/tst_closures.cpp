@@ -6,6 +6,7 @@
 #include <QTest>
 
 using namespace kelm::technician;
+using kelm::Question;
 using Button = kelm::Operator::Button;
 
 class TestClosures : public QObject {
@@ -37,7 +38,7 @@ void TestClosures::dailyClosure()
 {
     QFETCH(bool, pressEnter);
     QFETCH(Button, answer);
-    const TechnicianQuestion question = dailyClosureQuestion();
+    const Question question = dailyClosureQuestion();
     QVERIFY(question.buttons.contains(answer));
 
     const Button given = pressEnter ? question.defaultButton : answer;
@@ -89,7 +90,7 @@ void TestClosures::reprintAfterParameter()
 
 void TestClosures::reprintQuestionHasOneLoneCr()
 {
-    const TechnicianQuestion question = reprintQuestion();
+    const Question question = reprintQuestion();
     QCOMPARE(question.text, QStringLiteral("Vuoi ristampare\rl'ultimo scontrino?"));
     QCOMPARE(question.buttons, (QList<Button>{Button::Yes, Button::No}));
 }

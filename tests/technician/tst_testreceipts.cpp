@@ -4,6 +4,7 @@
 #include <QTest>
 
 using namespace kelm::technician;
+using kelm::Question;
 
 class TestTestReceipts : public QObject {
     Q_OBJECT
@@ -115,7 +116,7 @@ void TestTestReceipts::targetPath()
 
 void TestTestReceipts::questionLines()
 {
-    const TechnicianQuestion question = testReceiptQuestion();
+    const Question question = testReceiptQuestion();
     QVERIFY(!question.text.contains(u'\n'));
     QCOMPARE(question.text.split(u'\r'), (QStringList{QStringLiteral("Consigliamo, prima di emettere "),
                                                       QStringLiteral("scontrini di prova, di "),

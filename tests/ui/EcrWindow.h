@@ -8,6 +8,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
+#include <QLabel>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -16,18 +18,32 @@
 
 class EcrWindow {
 public:
-    EcrWindow()
+    // `settings`: more lines for section Parametri.
+    explicit EcrWindow(const QByteArray& settings = {})
     {
-        QDir().mkpath(dir.filePath("spool"));
+        QDir().mkpath(spool());
         QFile ini(dir.filePath("KelmDrev.ini"));
         ini.open(QIODevice::WriteOnly);
         ini.write("[Parametri]\r\nModello=Kelm Brio\r\nVelocita=9600\r\nDispositivo=virtual\r\nServerDir="
-                  + dir.filePath("spool").toLatin1() + "\r\n");
+                  + spool().toLatin1() + "\r\n" + settings);
         ini.close();
         form = std::make_unique<kelm::ui::MainForm>(kelm::ui::MainForm::Options{dir.path(), false}, &dialogs,
                                                     &passwords);
         form->start();
     }
+    QString spool() const { return dir.filePath("spool"); }
+    // True once the register's identity is on the status bar.
+    bool ready() const
+    {
+        return QTest::qWaitFor([this] { return !find<QLabel>("sbMain_3")->text().isEmpty(); }, 10000);
+    }
+    // Waits until the line's worker has run everything posted so far.
+    bool settle() const
+    {
+        QTest::qWait(50);
+        return QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }, 10000);
+    }
+    void key(int index) const { click(QStringLiteral("cmdECR_%1").arg(index)); }
     template <typename W>
     W* find(const QString& name) const { return form->findChild<W*>(name); }
     QStringList journal() const

@@ -1,7 +1,7 @@
 // The ECR programming tab against the built-in virtual register: the
 // dispatcher's questions and messages, what reaches the register, and
 // read-backs that give back what was downloaded.
-#include "ScriptedDialogs.h"
+#include "EcrWindow.h"
 #include "app/IniFile.h"
 #include "ui/EcrConfigTab.h"
 #include "ui/MainForm.h"
@@ -20,46 +20,6 @@
 using namespace kelm;
 using Button = ui::Dialogs::Button;
 
-namespace {
-
-class Window {
-public:
-    Window()
-    {
-        QDir().mkpath(dir.filePath("spool"));
-        QFile ini(dir.filePath("KelmDrev.ini"));
-        ini.open(QIODevice::WriteOnly);
-        ini.write("[Parametri]\r\nModello=Kelm Brio\r\nVelocita=9600\r\nDispositivo=virtual\r\nServerDir="
-                  + dir.filePath("spool").toLatin1() + "\r\n");
-        ini.close();
-        form = std::make_unique<ui::MainForm>(ui::MainForm::Options{dir.path(), false}, &dialogs, &passwords);
-        form->start();
-        tab = form->findChild<ui::EcrConfigTab*>();
-    }
-    template <typename W>
-    W* find(const QString& name) const { return form->findChild<W*>(name); }
-    QStringList journal() const
-    {
-        QFile f(dir.filePath("virtual-ecr-journal.txt"));
-        f.open(QIODevice::ReadOnly);
-        return QString::fromLatin1(f.readAll()).split(QStringLiteral("\n"), Qt::SkipEmptyParts);
-    }
-    void click(const QString& name) const { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
-    // Waits until `count` messages have been shown.
-    bool shown(qsizetype count) const
-    {
-        return QTest::qWaitFor([&] { return dialogs.shown.size() >= count; }, 10000)
-            && dialogs.shown.size() == count;
-    }
-
-    QTemporaryDir dir;
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    std::unique_ptr<ui::MainForm> form;
-    ui::EcrConfigTab* tab = nullptr;
-};
-
-} // namespace
 
 class EcrConfigTest : public QObject {
     Q_OBJECT
@@ -86,7 +46,7 @@ void EcrConfigTest::headerConfirmation_data()
 void EcrConfigTest::headerConfirmation()
 {
     QFETCH(bool, ok);
-    Window w;
+    EcrWindow w;
     w.dialogs.answers = {ok ? Button::Ok : Button::Cancel};
     w.find<QLineEdit>("txtHeaderText_0")->setText(QStringLiteral("BAR CENTRALE"));
     w.find<QComboBox>("cmbHeaderAlign_0")->setCurrentIndex(2);
@@ -123,16 +83,16 @@ void EcrConfigTest::emptyAndUnknownIndices()
 {
     QFETCH(int, index);
     QFETCH(QStringList, shown);
-    Window w;
+    EcrWindow w;
     const QCursor* before = QGuiApplication::overrideCursor();
-    w.tab->cmdSetParametri_Click(index);
+    w.form->findChild<ui::EcrConfigTab*>()->cmdSetParametri_Click(index);
     QCOMPARE(w.dialogs.shown, shown);
     QCOMPARE(QGuiApplication::overrideCursor(), before); // the hourglass is gone on every path
 }
 
 void EcrConfigTest::vatRatesDownloadThenRead()
 {
-    Window w;
+    EcrWindow w;
     const QStringList rates = {"4.00", "10.00", "22.00", "5.00", "0.00"};
     for (int i = 0; i < 5; ++i)
         w.find<QLineEdit>(QStringLiteral("txtIVA_%1").arg(i))->setText(rates[i]);
@@ -150,7 +110,7 @@ void EcrConfigTest::vatRatesDownloadThenRead()
 
 void EcrConfigTest::departmentsDownloadThenRead()
 {
-    Window w;
+    EcrWindow w;
     QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled()); // only values from the register
     w.click("cmdreadParmIVAREP");
     QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
@@ -172,7 +132,7 @@ void EcrConfigTest::departmentsDownloadThenRead()
 
 void EcrConfigTest::paymentsDownloadThenRead()
 {
-    Window w;
+    EcrWindow w;
     w.find<QLineEdit>("txtPagDescr_1")->setText(QStringLiteral("CARTA DI CREDITO"));
     w.find<QLineEdit>("txtPagDescrBreve_1")->setText(QStringLiteral("CARTA"));
     w.find<QCheckBox>("chkPagResto_1")->setChecked(true);
@@ -190,7 +150,7 @@ void EcrConfigTest::paymentsDownloadThenRead()
 
 void EcrConfigTest::sParametersResetRecord()
 {
-    Window w;
+    EcrWindow w;
     w.dialogs.answers = {Button::Yes};
     w.click("cmdResetParmS");
     QCOMPARE(w.dialogs.shown, QStringList{"Kelm Drev: Parametri S ripristinati a default ma non salvati."});
@@ -203,7 +163,7 @@ void EcrConfigTest::sParametersResetRecord()
 
 void EcrConfigTest::scrollMessageSavesOnlyTheSelected()
 {
-    Window w;
+    EcrWindow w;
     w.find<QLineEdit>("txtScrollMSG_1")->setText(QStringLiteral("not selected"));
     w.find<QLineEdit>("txtScrollMSG_2")->setText(QStringLiteral(" SALDI 20% "));
     w.find<QRadioButton>("optScrollMSGEnable_2")->setChecked(true);

@@ -2,7 +2,7 @@
 // the display after a sale, the console, an invoice completed on the cash
 // key, the closure question both ways, the reprint sequence and the test
 // receipt files.
-#include "ScriptedDialogs.h"
+#include "EcrWindow.h"
 #include "technician/TestReceipts.h"
 #include "ui/MainForm.h"
 
@@ -22,44 +22,7 @@ using Button = ui::Dialogs::Button;
 
 namespace {
 
-class Window {
-public:
-    Window()
-    {
-        QDir().mkpath(spool());
-        QFile ini(dir.filePath("KelmDrev.ini"));
-        ini.open(QIODevice::WriteOnly);
-        ini.write("[Parametri]\r\nModello=Kelm Brio\r\nVelocita=9600\r\nDispositivo=virtual\r\nServerStato=Off\r\n"
-                  "ServerFile=scontrino.txt\r\nServerDir=" + spool().toLatin1() + "\r\n");
-        ini.close();
-        form = std::make_unique<ui::MainForm>(ui::MainForm::Options{dir.path(), false}, &dialogs, &passwords);
-        form->start();
-        ready = QTest::qWaitFor([this] { return !find<QLabel>("sbMain_3")->text().isEmpty(); }, 10000);
-    }
-    QString spool() const { return dir.filePath("spool"); }
-    template <typename W>
-    W* find(const QString& name) const { return form->findChild<W*>(name); }
-    void click(const QString& name) const { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
-    void key(int index) const { click(QStringLiteral("cmdECR_%1").arg(index)); }
-    QStringList journal() const
-    {
-        QFile f(dir.filePath("virtual-ecr-journal.txt"));
-        f.open(QIODevice::ReadOnly);
-        return QString::fromLatin1(f.readAll()).split(u'\n', Qt::SkipEmptyParts);
-    }
-    // Waits until the line's worker has run everything posted so far.
-    void settle() const
-    {
-        QTest::qWait(50);
-        QVERIFY(QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }, 10000));
-    }
-
-    QTemporaryDir dir;
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    std::unique_ptr<ui::MainForm> form;
-    bool ready = false;
-};
+const QByteArray kSettings = "ServerStato=Off\r\nServerFile=scontrino.txt\r\n";
 
 } // namespace
 
@@ -81,11 +44,11 @@ private Q_SLOTS:
 
 void TechnicianTest::displayAfterASale()
 {
-    Window w;
-    QVERIFY(w.ready);
+    EcrWindow w(kSettings);
+    QVERIFY(w.ready());
     w.key(17); // "5"
     w.key(41); // "REP-01"
-    w.settle();
+    QVERIFY(w.settle());
     const QString line1 = w.find<QLabel>("LblDisp1_0")->text();
     QVERIFY2(line1.contains(QStringLiteral("5")), qPrintable(line1));
     QCOMPARE(line1.size(), 16);
@@ -105,10 +68,10 @@ void TechnicianTest::consoleAppendsTheSlash()
 {
     QFETCH(QString, typed);
     QFETCH(QString, sent);
-    Window w;
+    EcrWindow w(kSettings);
     w.find<QLineEdit>("txtSingleCMD")->setText(typed);
     w.click("cmdSendCommand_0");
-    w.settle();
+    QVERIFY(w.settle());
     QVERIFY2(w.journal().contains(sent), qPrintable(w.journal().join(u'|')));
     QVERIFY(w.find<QLineEdit>("txtAnswerCMD")->text().startsWith(QStringLiteral("00/")));
     w.click("cmdTechCancAnswer");
@@ -117,7 +80,7 @@ void TechnicianTest::consoleAppendsTheSlash()
 
 void TechnicianTest::commandFileSendsEveryItem()
 {
-    Window w;
+    EcrWindow w(kSettings);
     w.find<QLineEdit>("txtFileCMD")->setText(w.dir.filePath("missing.txt"));
     w.click("cmdSendCommand_1");
     QCOMPARE(w.find<QLineEdit>("txtAnswerCMD")->text(), QStringLiteral("File inesistente"));
@@ -127,7 +90,7 @@ void TechnicianTest::commandFileSendsEveryItem()
     file.close();
     w.find<QLineEdit>("txtFileCMD")->setText(file.fileName());
     w.click("cmdSendCommand_1");
-    w.settle();
+    QVERIFY(w.settle());
     const QStringList j = w.journal();
     QVERIFY(j.indexOf(QStringLiteral("a/")) < j.lastIndexOf(QStringLiteral("s/")));
     // The last item was refused: the box shows its outcome.
@@ -136,8 +99,8 @@ void TechnicianTest::commandFileSendsEveryItem()
 
 void TechnicianTest::invoiceOnTheCashKey()
 {
-    Window w;
-    w.settle();
+    EcrWindow w(kSettings);
+    QVERIFY(w.settle());
     QTimer::singleShot(100, [] {
         QWidget* form = nullptr;
         for (QWidget* top : QApplication::topLevelWidgets())
@@ -151,11 +114,11 @@ void TechnicianTest::invoiceOnTheCashKey()
         QTest::mouseClick(form->findChild<QPushButton*>("CmdChiude_1"), Qt::LeftButton);
     });
     w.click("CmdFat");
-    w.settle();
+    QVERIFY(w.settle());
     w.key(17);
     w.key(41);
     w.key(43); // "Contanti"
-    w.settle();
+    QVERIFY(w.settle());
     const QStringList j = w.journal();
     const qsizetype open = j.indexOf(QStringLiteral("3/F/OPENFAT//0/0/0/0/"));
     const qsizetype customer = j.indexOf(QStringLiteral("j/ROSSI SRL/VIA ROMA 1/00100 ROMA///////0/"));
@@ -174,14 +137,14 @@ void TechnicianTest::closureQuestion_data()
 void TechnicianTest::closureQuestion()
 {
     QFETCH(Button, answer);
-    Window w;
+    EcrWindow w(kSettings);
     w.key(17);
     w.key(41);
     w.key(43);
-    w.settle();
+    QVERIFY(w.settle());
     w.dialogs.answers = {answer};
     w.click("cmdChiusuraGIornaliera_0");
-    w.settle();
+    QVERIFY(w.settle());
     QCOMPARE(w.dialogs.asked, QStringList{"ATTENZIONE: Si conferma di voler fare la chiusura giornaliera?"});
     const bool closed = answer == Button::Ok;
     QCOMPARE(w.journal().contains(QStringLiteral("x/7/0/0/")), closed);
@@ -197,20 +160,20 @@ void TechnicianTest::closureQuestion()
 
 void TechnicianTest::reprintSetsTheParameterOnce()
 {
-    Window w;
+    EcrWindow w(kSettings);
     w.key(17);
     w.key(41);
     w.key(43); // a receipt to reprint
-    w.settle();
+    QVERIFY(w.settle());
     w.dialogs.answers = {Button::Yes, Button::Yes};
     w.click("cmdDGFE_0");
-    w.settle();
+    QVERIFY(w.settle());
     w.click("cmdDGFE_0");
-    w.settle();
+    QVERIFY(w.settle());
     const QStringList j = w.journal().filter(QRegularExpression(QStringLiteral("^(B/12/|G/12/|\\)/120/)")));
     QVERIFY2(j == (QStringList{"B/12/", "G/12/1/1/42/", ")/120/", "B/12/", ")/120/"}), qPrintable(j.join(u'|') + " / " + w.dialogs.asked.join(u'|')));
     w.click("cmdDGFE_1"); // a placeholder: nothing happens
-    w.settle();
+    QVERIFY(w.settle());
     QCOMPARE(w.journal().filter(QStringLiteral("B/12/")).size(), 2);
 }
 
@@ -224,7 +187,7 @@ void TechnicianTest::testReceiptFiles_data()
 void TechnicianTest::testReceiptFiles()
 {
     QFETCH(int, index);
-    Window w;
+    EcrWindow w(kSettings);
     w.dialogs.answers = {Button::Yes, Button::Yes};
     w.click(QStringLiteral("cmdDemoTicket_%1").arg(index));
     QFile file(QDir(w.spool()).filePath("scontrino.txt"));
