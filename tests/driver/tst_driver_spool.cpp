@@ -48,6 +48,7 @@ private Q_SLOTS:
     void badReceiptFiles_data();
     void badReceiptFiles();
     void linksAndPipesAreLeftAlone();
+    void aLargeFileGoesThroughWhole();
     void logFileNameFollowsTheMask_data();
     void logFileNameFollowsTheMask();
 };
@@ -231,6 +232,21 @@ void SpoolTest::linksAndPipesAreLeftAlone()
     QVERIFY(target.exists());
     const QStringList log = rig.logMessages();
     QCOMPARE(log.filter(QStringLiteral("Non è un file normale")).size(), QFileInfo::exists(rig.spoolFile("pipe.txt")) ? 2 : 1);
+}
+
+void SpoolTest::aLargeFileGoesThroughWhole()
+{
+    DriverRig rig;
+    QByteArray content;
+    for (int i = 0; i < 3000; ++i)
+        content += "3/S/ITEM" + QByteArray::number(i) + "//1/0.01/1/4/\r\n";
+    content += "5/1/0.00/////"; // and no line end after the last line
+    rig.drop(QStringLiteral("scontrino.txt"), content);
+    rig.server().ScanServerDir();
+    const QStringList journal = rig.journal();
+    QCOMPARE(journal.size(), 3001);
+    QCOMPARE(journal[2999], QStringLiteral("3/S/ITEM2999//1/0.01/1/4/"));
+    QCOMPARE(journal.last(), QStringLiteral("5/1/0.00/////"));
 }
 
 void SpoolTest::logFileNameFollowsTheMask_data()
