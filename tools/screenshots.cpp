@@ -28,6 +28,8 @@ public:
     void showMessage(const QString&, const QString&, Icon) override {}
     Button ask(const QString&, const QString&, Icon, const QList<Button>&, Button d) override { return d; }
     QString chooseDirectory(const QString&, const QString&) override { return {}; }
+    QString inputText(const QString&, const QString&, const QString&) override { return {}; }
+    QString chooseFile(const QString&, const QString&) override { return {}; }
 };
 
 void waitUntil(const std::function<bool()>& done, int ms)

@@ -24,21 +24,10 @@ public:
     virtual QString chooseDirectory(const QString& title, const QString& start) = 0;
     // A line of text typed by the user, `proposed` being offered; an empty
     // text when the user cancels, as a conversation with nobody there does.
-    virtual QString inputText(const QString& title, const QString& prompt, const QString& proposed)
-    {
-        Q_UNUSED(title);
-        Q_UNUSED(prompt);
-        Q_UNUSED(proposed);
-        return {};
-    }
+    virtual QString inputText(const QString& title, const QString& prompt, const QString& proposed) = 0;
     // An existing file to open, or an empty text when the user cancels.
     // `filter` pairs a description and its patterns: "BMP Files|*.bmp".
-    virtual QString chooseFile(const QString& title, const QString& filter)
-    {
-        Q_UNUSED(title);
-        Q_UNUSED(filter);
-        return {};
-    }
+    virtual QString chooseFile(const QString& title, const QString& filter) = 0;
 };
 
 // Asks a question given as data; true when the answer lets the action go on.

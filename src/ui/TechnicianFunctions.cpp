@@ -36,6 +36,7 @@ TechnicianFunctions::TechnicianFunctions(service::DriverSession& session, Operat
     connect(technician_, &TechnicianPage::cmdVirtKBD_Click, this, &TechnicianFunctions::cmdVirtKBD_Click);
     connect(technician_, &TechnicianPage::Command1_Click, this, &TechnicianFunctions::Command1_Click);
     connect(technician_, &TechnicianPage::cmdSendCommand_Click, this, &TechnicianFunctions::cmdSendCommand_Click);
+    connect(technician_, &TechnicianPage::cmdTechFile_Click, this, &TechnicianFunctions::cmdTechFile_Click);
     connect(technician_, &TechnicianPage::cmdChiusuraGIornaliera_Click, this,
             &TechnicianFunctions::cmdChiusuraGIornaliera_Click);
     connect(technician_, &TechnicianPage::cmdReportVenditeOP01_Click, this,
@@ -125,6 +126,13 @@ void TechnicianFunctions::cmdSendCommand_Click(int index)
             LineJobs::onUiThread(page, [page, shown] { if (page) page->setAnswer(shown); });
         }
     });
+}
+
+void TechnicianFunctions::cmdTechFile_Click()
+{
+    const QString path = dialogs_.chooseFile(QStringLiteral("File comandi"), kCommandFileFilter);
+    if (!path.isEmpty())
+        technician_->setCommandFile(path);
 }
 
 void TechnicianFunctions::CmdFat_Click()

@@ -33,6 +33,7 @@ public:
     void Command1_Click();
     void technicianPageShown();
     void cmdSendCommand_Click(int index);
+    void cmdTechFile_Click();
     void CmdFat_Click();
     void CmdNotaCredito_Click();
     void CmdCfPi_Click();

@@ -88,7 +88,9 @@ void TechnicianTest::commandFileSendsEveryItem()
     file.open(QIODevice::WriteOnly);
     file.write("a/,s/\r\nZ/\r\n");
     file.close();
-    w.find<QLineEdit>("txtFileCMD")->setText(file.fileName());
+    w.dialogs.chosenFile = file.fileName();
+    w.click("cmdTechFile");
+    QCOMPARE(w.find<QLineEdit>("txtFileCMD")->text(), file.fileName());
     w.click("cmdSendCommand_1");
     QVERIFY(w.settle());
     const QStringList j = w.journal();
