@@ -39,6 +39,36 @@ QStringList logLines(const QString& dir)
     return lines;
 }
 
+// The receipt server against a scripted register, logging into a folder of
+// its own.
+struct ScriptedRig {
+    ScriptedRig(const QString& enq, const QStringList& frameReplies, Clock& time)
+        : clock(time), port(peer, clock), link(port, clock), log(dir.path()),
+          server(link, op, log, settingsFor(dir.path()))
+    {
+        peer.enqDefault = enq;
+        peer.frameReplies = frameReplies;
+        port.open(QStringLiteral("test"), 9600);
+        log.setServerDir(dir.path());
+        log.setEnabled(true);
+        server.runTimeListOn = true;
+    }
+    static ReceiptServer::Settings settingsFor(const QString& dir)
+    {
+        ReceiptServer::Settings settings;
+        settings.serverDir = dir;
+        return settings;
+    }
+    ScriptedPeer peer;
+    Clock& clock;
+    VirtualLinePort port;
+    EcrLink link;
+    RecordingOperator op;
+    QTemporaryDir dir;
+    RunTimeLog log;
+    ReceiptServer server;
+};
+
 } // namespace
 
 class SendRecordTest : public QObject {
@@ -129,57 +159,29 @@ void SendRecordTest::policy()
     QFETCH(QStringList, log);
     QFETCH(qint64, minElapsed);
 
-    ScriptedPeer peer;
-    peer.enqDefault = enq;
-    peer.frameReplies = frameReplies;
     VirtualClock clock;
-    VirtualLinePort port(peer, clock);
-    QVERIFY(port.open(QStringLiteral("test"), 9600));
-    EcrLink link(port, clock);
-    RecordingOperator op;
-    QTemporaryDir dir;
-    RunTimeLog runTimeLog(dir.path());
-    runTimeLog.setServerDir(dir.path());
-    runTimeLog.setEnabled(true);
-    ReceiptServer::Settings settings;
-    settings.serverDir = dir.path();
-    ReceiptServer server(link, op, runTimeLog, settings);
-    server.runTimeListOn = true;
-
-    QCOMPARE(server.SendRecord(kRecord), outcome);
-    QCOMPARE(peer.records(), records);
-    QCOMPARE(op.runTime, runTime);
-    QCOMPARE(logLines(dir.path()), log);
+    ScriptedRig rig(enq, frameReplies, clock);
+    QCOMPARE(rig.server.SendRecord(kRecord), outcome);
+    QCOMPARE(rig.peer.records(), records);
+    QCOMPARE(rig.op.runTime, runTime);
+    QCOMPARE(logLines(rig.dir.path()), log);
     QVERIFY2(clock.nowMs() >= minElapsed, qPrintable(QString::number(clock.nowMs())));
-    QVERIFY(op.messages.isEmpty());
+    QVERIFY(rig.op.messages.isEmpty());
 }
 
 void SendRecordTest::fatalErrorEmptiesTheQueue()
 {
-    ScriptedPeer peer;
-    peer.enqDefault = QStringLiteral("<ACK>");
-    peer.frameReplies = {answer("00"), answer("34")};
     VirtualClock clock;
-    VirtualLinePort port(peer, clock);
-    QVERIFY(port.open(QStringLiteral("test"), 9600));
-    EcrLink link(port, clock);
-    RecordingOperator op;
-    QTemporaryDir dir;
-    RunTimeLog runTimeLog(dir.path());
-    runTimeLog.setServerDir(dir.path());
-    runTimeLog.setEnabled(true);
-    ReceiptServer::Settings settings;
-    settings.serverDir = dir.path();
-    ReceiptServer server(link, op, runTimeLog, settings);
-    server.queue = {QStringLiteral("3/S/A//1/1.00/1/1/"), kRecord, QStringLiteral("3/S/C//1/1.00/1/1/"),
-                    QStringLiteral("5/1/0.00/////")};
+    ScriptedRig rig(QStringLiteral("<ACK>"), {answer("00"), answer("34")}, clock);
+    rig.server.queue = {QStringLiteral("3/S/A//1/1.00/1/1/"), kRecord, QStringLiteral("3/S/C//1/1.00/1/1/"),
+                        QStringLiteral("5/1/0.00/////")};
 
-    server.ProcessReceiptQueue();
-    QCOMPARE(peer.records(), (QStringList{"3/S/A//1/1.00/1/1/", kRecord}));
-    QVERIFY(server.queue.isEmpty());
-    QVERIFY(!server.ReceiptOpen);
-    QCOMPARE(op.messages, QStringList{"ATTENZIONE: errore grave. Chiamare Casa madre"});
-    QCOMPARE(logLines(dir.path()),
+    rig.server.ProcessReceiptQueue();
+    QCOMPARE(rig.peer.records(), (QStringList{"3/S/A//1/1.00/1/1/", kRecord}));
+    QVERIFY(rig.server.queue.isEmpty());
+    QVERIFY(!rig.server.ReceiptOpen);
+    QCOMPARE(rig.op.messages, QStringList{"ATTENZIONE: errore grave. Chiamare Casa madre"});
+    QCOMPARE(logLines(rig.dir.path()),
              (QStringList{"Comando '" + kRecord + "' - Errore N. 52", "errore grave. Chiamare Casa madre"}));
 }
 
