@@ -2,6 +2,7 @@
 
 #include "app/RunTimeLog.h"
 #include "server/LogNameHelp.h"
+#include "ui/Widgets.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -21,13 +22,6 @@ namespace kelm::ui {
 
 namespace {
 
-template <typename W>
-W* named(W* widget, const char* name)
-{
-    widget->setObjectName(QLatin1String(name));
-    return widget;
-}
-
 bool isComName(const QString& text)
 {
     static const QRegularExpression com(QStringLiteral("^Com\\d{1,2}$"), QRegularExpression::CaseInsensitiveOption);
@@ -37,20 +31,20 @@ bool isComName(const QString& text)
 } // namespace
 
 ConfigPcTab::ConfigPcTab(Dialogs& dialogs, QWidget* parent)
-    : QWidget(parent), dialogs_(dialogs), cmbModello(named(new QComboBox, "cmbModello")),
-      cmbComPort(named(new QComboBox, "cmbComPort")), cmbSpeed(named(new QComboBox, "cmbSpeed")),
-      chkSRV(named(new QCheckBox(QStringLiteral("Server attivo")), "chkSRV")),
-      cmbSRVModalita(named(new QComboBox, "cmbSRVModalita")), txtSRVDir(named(new QLineEdit, "txtSRVDir")),
-      cmdSRVDir(named(new QPushButton(QStringLiteral("...")), "cmdSRVDir")),
-      txtSRVFile(named(new QLineEdit, "txtSRVFile")),
-      chkLog(named(new QCheckBox(QStringLiteral("Log su file")), "chkLog")),
-      chkWrapDescription(named(new QCheckBox(QStringLiteral("A capo descrizione")), "chkWrapDescription")),
-      chkAlIvaAuto(named(new QCheckBox(QStringLiteral("Aliquota IVA automatica")), "chkAlIvaAuto")),
-      cmdSalvaConfigPC(named(new QPushButton(QStringLiteral("Salva")), "cmdSalvaConfigPC")),
-      lstRunTime(named(new QListWidget, "lstRunTime")),
-      chkRunTimeLog(named(new QCheckBox(QStringLiteral("Mostra trasmissioni")), "chkRunTimeLog")),
-      lstScontrino(named(new QListWidget, "lstScontrino")),
-      cmdSpiegaLog(named(new QPushButton(QStringLiteral("Nome del file di log")), "cmdSpiegaLog"))
+    : QWidget(parent), dialogs_(dialogs), cmbModello(named<QComboBox>(QStringLiteral("cmbModello"))),
+      cmbComPort(named<QComboBox>(QStringLiteral("cmbComPort"))), cmbSpeed(named<QComboBox>(QStringLiteral("cmbSpeed"))),
+      chkSRV(named<QCheckBox>(QStringLiteral("chkSRV"), QStringLiteral("Server attivo"))),
+      cmbSRVModalita(named<QComboBox>(QStringLiteral("cmbSRVModalita"))), txtSRVDir(named<QLineEdit>(QStringLiteral("txtSRVDir"))),
+      cmdSRVDir(named<QPushButton>(QStringLiteral("cmdSRVDir"), QStringLiteral("..."))),
+      txtSRVFile(named<QLineEdit>(QStringLiteral("txtSRVFile"))),
+      chkLog(named<QCheckBox>(QStringLiteral("chkLog"), QStringLiteral("Log su file"))),
+      chkWrapDescription(named<QCheckBox>(QStringLiteral("chkWrapDescription"), QStringLiteral("A capo descrizione"))),
+      chkAlIvaAuto(named<QCheckBox>(QStringLiteral("chkAlIvaAuto"), QStringLiteral("Aliquota IVA automatica"))),
+      cmdSalvaConfigPC(named<QPushButton>(QStringLiteral("cmdSalvaConfigPC"), QStringLiteral("Salva"))),
+      lstRunTime(named<QListWidget>(QStringLiteral("lstRunTime"))),
+      chkRunTimeLog(named<QCheckBox>(QStringLiteral("chkRunTimeLog"), QStringLiteral("Mostra trasmissioni"))),
+      lstScontrino(named<QListWidget>(QStringLiteral("lstScontrino"))),
+      cmdSpiegaLog(named<QPushButton>(QStringLiteral("cmdSpiegaLog"), QStringLiteral("Nome del file di log")))
 {
     QStringList ports;
     for (int n = 1; n <= 32; ++n)
