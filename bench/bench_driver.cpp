@@ -9,6 +9,8 @@
 #include "server/ReceiptServer.h"
 #include "sim/VirtualEcr.h"
 
+#include "SilentOperator.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -17,14 +19,6 @@
 #include <sys/resource.h>
 
 namespace {
-
-class SilentOperator final : public kelm::Operator {
-public:
-    void setPanel(int, const QString&) override {}
-    void showMessage(const QString&, const QString&, Icon) override {}
-    Button ask(const QString&, const QString&, Icon, const QList<Button>&, Button d) override { return d; }
-    void addRunTimeEntry(const QString&) override {}
-};
 
 double cpuSeconds()
 {

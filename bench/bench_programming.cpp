@@ -14,6 +14,8 @@
 #include "sim/VirtualEcr.h"
 #include "logos/LogoDownloadJob.h"
 
+#include "SilentOperator.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QImage>
@@ -22,14 +24,6 @@
 #include <functional>
 
 namespace {
-
-class SilentOperator final : public kelm::Operator {
-public:
-    void setPanel(int, const QString&) override {}
-    void showMessage(const QString&, const QString&, Icon) override {}
-    Button ask(const QString&, const QString&, Icon, const QList<Button>&, Button d) override { return d; }
-    void addRunTimeEntry(const QString&) override {}
-};
 
 // The virtual register, with every byte that crosses the line counted.
 class CountingPeer final : public kelm::LinePeer {
