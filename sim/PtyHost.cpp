@@ -31,6 +31,7 @@ PtyHost::~PtyHost()
 
 bool PtyHost::open(const QString& linkPath, QString* error)
 {
+    plugPath_ = linkPath;
     linkPath_ = QFile::encodeName(linkPath);
     struct stat st {};
     if (::lstat(linkPath_.constData(), &st) == 0) {
@@ -67,6 +68,15 @@ bool PtyHost::open(const QString& linkPath, QString* error)
         return false;
     }
     return true;
+}
+
+bool PtyHost::replug(QString* error)
+{
+    if (isOpen()) {
+        *error = QStringLiteral("the line is plugged in");
+        return false;
+    }
+    return open(plugPath_, error);
 }
 
 void PtyHost::close()

@@ -40,6 +40,8 @@ public:
 
     // A fault command while running; empty result on success.
     QString applyFault(const QString& command, qint64 nowMs);
+    // The line is back after an unplug; every other fault stays.
+    void plugIn() { faults_.unplugged = false; }
 
     const EcrDevice& device() const { return device_; }
     const QList<QByteArray>& journal() const { return journal_.lines(); }

@@ -104,7 +104,7 @@ class TestSimPty : public QObject {
 
 private slots:
     void transactionsOverThePty();
-    void unplugClosesTheLine();
+    void unplugThenReplug();
     void helpNamesEveryOptionAndFault_data();
     void helpNamesEveryOptionAndFault();
     void badCommandLines_data();
@@ -156,7 +156,7 @@ void TestSimPty::transactionsOverThePty()
     QCOMPARE(journal.readAll(), QByteArray("a/\n"));
 }
 
-void TestSimPty::unplugClosesTheLine()
+void TestSimPty::unplugThenReplug()
 {
     Sim sim;
     QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
@@ -172,6 +172,13 @@ void TestSimPty::unplugClosesTheLine()
     waited.start();
     QCOMPARE(line.readByte(5000), -1);
     QVERIFY(waited.elapsed() < 4000);
+    // Plugged back: a new pty behind the same path, the faults still in force.
+    QCOMPARE(sim.command("replug"), QByteArray("ok"));
+    QCOMPARE(sim.command("replug"), QByteArray("error: the line is plugged in"));
+    RawLine again(sim.link());
+    QVERIFY(again.isOpen());
+    again.write(QByteArray(3, CAN) + ENQ);
+    QCOMPARE(again.readByte(2000), int(ACK));
     sim.process.write("quit\n");
     QVERIFY(sim.process.waitForFinished(5000));
     QCOMPARE(sim.process.exitCode(), 0);
@@ -182,7 +189,7 @@ void TestSimPty::helpNamesEveryOptionAndFault_data()
     QTest::addColumn<QString>("word");
     for (const char* w : {"--link", "--journal", "--paper", "--fault", "--baud", "--delay", "busy", "nak", "can",
                           "silence", "garbage", "broken", "short", "paper", "cover", "fatal", "refuse", "unplug",
-                          "clear", "status", "quit", "ready"})
+                          "replug", "clear", "status", "quit", "ready"})
         QTest::newRow(w) << QString::fromLatin1(w);
 }
 
