@@ -20,6 +20,8 @@ public:
     // Opens exclusively with 8 data bits, no parity, 1 stop bit, no flow
     // control. A speed below 1 fails before anything is opened.
     virtual bool open(const QString& name, qint32 speed) = 0;
+    // Every byte written has left before anything is discarded: close and
+    // purge never lose what the protocol wrote.
     // Discards both directions and closes; harmless on a closed port.
     virtual void close() = 0;
     // The next received byte, or 0 when nothing could be read.

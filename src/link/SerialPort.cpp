@@ -3,6 +3,12 @@
 #include <QDeadlineTimer>
 #include <QThread>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
+#include <termios.h>
+#endif
+
 namespace kelm {
 
 namespace {
@@ -50,10 +56,25 @@ bool SerialPort::open(const QString& name, qint32 speed)
 void SerialPort::close()
 {
     if (serial_.isOpen()) {
-        serial_.clear(QSerialPort::AllDirections);
+        drain();
+        serial_.clear(QSerialPort::Input);
         serial_.close();
     }
     handle_ = PortHandle::Closed;
+}
+
+void SerialPort::drain()
+{
+    // Qt may still hold bytes of its own; they go to the device first, then
+    // the system is asked to wait until the device has sent them.
+    while (serial_.bytesToWrite() > 0 && serial_.waitForBytesWritten(1000)) {
+    }
+#ifdef Q_OS_WIN
+    ::FlushFileBuffers(serial_.handle());
+#else
+    ::tcdrain(serial_.handle());
+#endif
+    serial_.clearError();
 }
 
 qint64 SerialPort::bytesWaiting()
@@ -93,8 +114,13 @@ void SerialPort::writeByte(quint8 value)
 
 void SerialPort::purge()
 {
-    if (serial_.isOpen())
-        serial_.clear(QSerialPort::AllDirections);
+    // Once drained there is nothing left to send, so only the input is
+    // discarded. Discarding the output as well would gain nothing on a UART,
+    // and on a pseudo-terminal it throws away what the far end has not read yet.
+    if (serial_.isOpen()) {
+        drain();
+        serial_.clear(QSerialPort::Input);
+    }
 }
 
 void SerialPort::waitForReadyRead(qint64 ms)

@@ -24,6 +24,10 @@ public:
     QString lastError() const { return lastError_; }
 
 private:
+    // Returns once every byte written so far has left the port: the blocking
+    // write, paid only where a purge or close could otherwise throw bytes away.
+    void drain();
+
     QSerialPort serial_;
     PortHandle handle_ = PortHandle::Closed;
     QString lastError_;

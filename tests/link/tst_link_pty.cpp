@@ -7,8 +7,9 @@
 
 #include <QTest>
 
-#include <atomic>
+#include <chrono>
 #include <thread>
+#include <vector>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -21,10 +22,13 @@ using namespace kelm;
 
 namespace {
 
-// The master side of a pty, answering like a register that knows one record.
-class PtyRegister {
+// The register's end of a pty, written with plain system calls so that it
+// shares nothing with the port under test. It logs every byte it reads with
+// its time, and answers like a register: ACK to ENQ, ACK and an answer frame
+// to a command frame.
+class FarEnd {
 public:
-    PtyRegister()
+    FarEnd()
     {
         master_ = posix_openpt(O_RDWR | O_NOCTTY);
         grantpt(master_);
@@ -35,9 +39,9 @@ public:
         tcsetattr(master_, TCSANOW, &raw);
         slave_ = QString::fromLocal8Bit(ptsname(master_));
     }
-    ~PtyRegister()
+    ~FarEnd()
     {
-        stop();
+        finish();
         if (master_ >= 0)
             ::close(master_);
     }
@@ -48,11 +52,25 @@ public:
     {
         thread_ = std::thread([this, answer = std::move(answer)] { serve(answer); });
     }
-    void stop()
+    // Waits until the PC has closed its end and every byte has been read.
+    void finish()
     {
-        running_ = false;
         if (thread_.joinable())
             thread_.join();
+    }
+    QByteArray received() const
+    {
+        QByteArray bytes;
+        for (const auto& [value, us] : log_)
+            bytes.append(char(value));
+        return bytes;
+    }
+    QString dump() const
+    {
+        QString text;
+        for (const auto& [value, us] : log_)
+            text += QStringLiteral("%1us:%2 ").arg(us).arg(value, 2, 16, QLatin1Char('0'));
+        return text;
     }
     void write(const QByteArray& bytes) { (void)!::write(master_, bytes.constData(), size_t(bytes.size())); }
     void hangUp()
@@ -64,15 +82,19 @@ public:
 private:
     void serve(const QByteArray& answer)
     {
+        const auto t0 = std::chrono::steady_clock::now();
         bool inFrame = false;
-        while (running_) {
+        // Ends when the PC has closed the slave and nothing is left to read,
+        // or after 5 s of silence.
+        for (;;) {
             pollfd p{master_, POLLIN, 0};
-            if (poll(&p, 1, 20) <= 0 || !(p.revents & POLLIN))
-                continue;
+            if (poll(&p, 1, 5000) <= 0)
+                return;
             char c = 0;
             if (::read(master_, &c, 1) != 1)
-                continue;
+                return;
             const auto b = static_cast<quint8>(c);
+            log_.push_back({b, std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - t0).count()});
             if (inFrame && b == frame::ETX) {
                 inFrame = false;
                 write(QByteArray(1, char(frame::ACK)) + char(frame::STX) + answer + char(frame::ETX));
@@ -87,7 +109,7 @@ private:
     int master_ = -1;
     QString slave_;
     std::thread thread_;
-    std::atomic<bool> running_{true};
+    std::vector<std::pair<quint8, qint64>> log_;
 };
 
 double cpuSeconds()
@@ -103,27 +125,37 @@ class PtyTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void transactionRoundTrip();
+    void everyByteReachesTheRegister();
     void openFailures_data();
     void openFailures();
     void closeDiscardsWaitingBytes();
     void farEndGoneDoesNotSpin();
 };
 
-void PtyTest::transactionRoundTrip()
+void PtyTest::everyByteReachesTheRegister()
 {
-    PtyRegister ecr;
+    // Many transactions in a row, the port closed right after the last
+    // answer: each purge and the close come just after bytes were written.
+    FarEnd ecr;
     const QByteArray answer = "00/00/01/99MEA012345/1/QA/0/2.01/";
-    ecr.start(answer);
     SerialPort port;
     QVERIFY2(port.open(ecr.slave(), 115200), qPrintable(port.lastError()));
+    ecr.start(answer);
     SystemClock clock;
     EcrLink link(port, clock);
-    QString received;
-    QCOMPARE(int(link.EcrTransaction(QStringLiteral("a/"), received)), 0);
-    QCOMPARE(received, QString::fromLatin1(answer));
+    QByteArray expected;
+    for (int i = 0; i < 40; ++i) {
+        const QString record = QStringLiteral("3/S/////%1/").arg(i);
+        QString received;
+        QCOMPARE(int(link.EcrTransaction(record, received)), 0);
+        QCOMPARE(received, QString::fromLatin1(answer));
+        expected += QByteArray(3, char(frame::CAN)) + char(frame::ENQ) + frame::commandFrame(record.toLatin1())
+                  + char(frame::ACK);
+    }
     port.close();
     QCOMPARE(port.handle(), PortHandle::Closed);
+    ecr.finish();
+    QVERIFY2(ecr.received() == expected, qPrintable(ecr.dump()));
 }
 
 void PtyTest::openFailures_data()
@@ -150,7 +182,7 @@ void PtyTest::openFailures()
 
 void PtyTest::closeDiscardsWaitingBytes()
 {
-    PtyRegister ecr;
+    FarEnd ecr;
     SerialPort port;
     QVERIFY(port.open(ecr.slave(), 9600));
     ecr.write("stale");
@@ -164,7 +196,7 @@ void PtyTest::closeDiscardsWaitingBytes()
 
 void PtyTest::farEndGoneDoesNotSpin()
 {
-    PtyRegister ecr;
+    FarEnd ecr;
     SerialPort port;
     QVERIFY(port.open(ecr.slave(), 9600));
     ecr.hangUp();
