@@ -1,11 +1,7 @@
 // Time of the two longest downloads of the programming tab, a full PLU table
 // and a 256-row logo, against the built-in virtual register in real time with
-// no answer delay and its bytes paced at the line's speed, next to the time
-// the bytes of the same run need on the wire (10 bits a byte, both
-// directions) and that plus the protocol's fixed 10 ms wait per record.
-// The virtual register paces only the bytes it sends; the PC's bytes reach
-// it at once. So the last column sets the time against the floor of this
-// very setup: the register's bytes on the wire plus the fixed waits.
+// no answer delay and both directions paced at the line's speed, next to the
+// floor that physics and the protocol set for the same bytes (CountingPeer).
 #include "app/Operator.h"
 #include "link/Clock.h"
 #include "link/VirtualLinePort.h"
@@ -14,6 +10,7 @@
 #include "sim/VirtualEcr.h"
 #include "logos/LogoDownloadJob.h"
 
+#include "CountingPeer.h"
 #include "SilentOperator.h"
 
 #include <QCoreApplication>
@@ -24,28 +21,6 @@
 #include <functional>
 
 namespace {
-
-// The virtual register, with every byte that crosses the line counted.
-class CountingPeer final : public kelm::LinePeer {
-public:
-    explicit CountingPeer(kelm::LinePeer& ecr) : ecr_(ecr) {}
-    void receive(quint8 value, qint64 nowMs, QList<kelm::TimedByte>& reply) override
-    {
-        const qsizetype before = reply.size();
-        ecr_.receive(value, nowMs, reply);
-        ++toEcr;
-        fromEcr += reply.size() - before;
-    }
-    bool connected(qint64 nowMs) const override { return ecr_.connected(nowMs); }
-
-    qint64 toEcr = 0;
-    qint64 fromEcr = 0;
-
-private:
-    kelm::LinePeer& ecr_;
-};
-
-constexpr double kFixedWaitPerRecord = 0.010;
 
 using Download = std::function<void(kelm::EcrLink&, kelm::Operator&)>;
 
@@ -70,13 +45,11 @@ bool measure(const char* what, qint32 baud, const Download& download)
     const double seconds = double(timer.nsecsElapsed()) / 1e9;
 
     const auto records = ecr.journal().size();
-    const double wire = double(peer.toEcr + peer.fromEcr) * 10.0 / baud;
-    const double waits = double(records) * kFixedWaitPerRecord;
-    const double withWaits = wire + waits;
-    const double pacedFloor = double(peer.fromEcr) * 10.0 / baud + waits;
-    std::printf("%-14s %6d %7d %8lld %8lld %8.1f %8.1f %9.1f %6.2f %9.2f %8.1f %6.2f\n", what, baud, int(records),
-                static_cast<long long>(peer.toEcr), static_cast<long long>(peer.fromEcr), seconds, wire, withWaits,
-                seconds / wire, seconds / withWaits, pacedFloor, seconds / pacedFloor);
+    const double floor = peer.floorSeconds(baud);
+    const double wire = peer.wireSeconds(baud);
+    std::printf("%-14s %6d %7d %8lld %8lld %8.1f %8.1f %8.1f %6.3f\n", what, baud, int(records),
+                static_cast<long long>(peer.toEcr), static_cast<long long>(peer.fromEcr), seconds, wire, floor,
+                seconds / floor);
     return records > 0;
 }
 
@@ -116,8 +89,8 @@ int main(int argc, char** argv)
         kelm::logos::runLogoDownload(link, op, rows);
     };
 
-    std::printf("%-14s %6s %7s %8s %8s %8s %8s %9s %6s %9s %8s %6s\n", "download", "baud", "records", "PC->ECR",
-                "ECR->PC", "time s", "wire s", "wire+10ms", "/wire", "/wire+10ms", "floor s", "/floor");
+    std::printf("%-14s %6s %7s %8s %8s %8s %8s %8s %6s\n", "download", "baud", "records", "PC->ECR", "ECR->PC",
+                "time s", "wire s", "floor s", "/floor");
     const QByteArray fast = QByteArray::number(plusFast) + " PLU";
     const QByteArray slow = QByteArray::number(plusSlow) + " PLU";
     bool ok = measure(fast.constData(), 115200, plus(plusFast));

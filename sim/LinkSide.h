@@ -21,9 +21,14 @@ public:
     LinkSide(Faults& faults, Executor execute, qint64 answerDelayMs)
         : faults_(faults), execute_(std::move(execute)), answerDelayMs_(answerDelayMs) {}
 
-    void receive(quint8 value, qint64 nowMs, QList<TimedByte>& reply);
+    // The PC wrote `value` at sentMs; with a speed set, the register sees it
+    // only once its ten bits could have crossed the line, after the bytes
+    // before it.
+    void receive(quint8 value, qint64 sentMs, QList<TimedByte>& reply);
 
 private:
+    qint64 arrival(qint64 sentMs);
+
     enum class Phase { Idle, Ready, InFrame, AnswerSent };
 
     void frameComplete(qint64 nowMs, QList<TimedByte>& reply);
@@ -39,6 +44,7 @@ private:
     QByteArray frame_;
     QByteArray answer_;
     qint64 lineFreeAt_ = 0;
+    qint64 inboundFreeAtNs_ = 0; // when the PC's last byte has fully arrived
 };
 
 } // namespace kelm::sim
