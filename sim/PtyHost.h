@@ -36,10 +36,9 @@ public:
 
     // Closes the pty and removes the link, as when the line goes away.
     void close();
-    bool isOpen() const { return master_ >= 0; }
-    // After close: a new pty behind the same link path, as when the cable
-    // is plugged back in. False with a message when that cannot be done.
-    bool replug(QString* error);
+    // A new pty at the link path of the last open, as when the line comes
+    // back: the PC must open its port again, as after a pulled USB adapter.
+    bool reopen(QString* error);
 
 private:
     void readLine();
@@ -52,7 +51,7 @@ private:
     int slave_ = -1; // kept open so the pty lives while no PC has it open
     QByteArray slaveName_;
     QByteArray linkPath_;
-    QString plugPath_; // the link path asked for, kept across close for replug
+    QString lastLinkPath_;
     std::deque<kelm::TimedByte> outgoing_;
 };
 

@@ -36,10 +36,9 @@ QString helpText(const QCommandLineParser& parser)
                "\nStandard input, one command a line:\n"
                "  any fault above    answered \"ok\" or \"error: ...\"\n"
                "  status             receipt open or not, display lines, records carried out\n"
-               "  replug             after unplug: a new pty behind the same link path, as when\n"
-               "                     the cable is plugged back in; the register keeps its state\n"
                "  quit               stop, as SIGINT and SIGTERM do\n"
-               "\nOutput: \"ready\" on standard output once the link exists. On stop the link is removed.\n");
+               "\nOutput: \"ready\" on standard output once the link exists; \"unplugged\" and \"replugged\"\n"
+               "when the line goes away and comes back. On stop the link is removed.\n");
 }
 
 } // namespace
@@ -131,13 +130,6 @@ int main(int argc, char** argv)
             return "receipt " + QByteArray(ecr.receiptOpen() ? "open" : "closed") + " display \""
                    + ecr.displayLine1() + "|" + ecr.displayLine2() + "\" records "
                    + QByteArray::number(ecr.journal().size()) + "\n";
-        if (line == "replug") {
-            QString e;
-            if (!host.replug(&e))
-                return "error: " + e.toLocal8Bit() + "\n";
-            ecr.plugIn();
-            return "ok\n";
-        }
         const QString e = ecr.applyFault(QString::fromLocal8Bit(line), clock.nowMs());
         return e.isEmpty() ? QByteArray("ok\n") : "error: " + e.toLocal8Bit() + "\n";
     });

@@ -56,25 +56,26 @@ bool SerialPort::open(const QString& name, qint32 speed)
 void SerialPort::close()
 {
     if (serial_.isOpen()) {
-        drain();
+        drainOutput();
         serial_.clear(QSerialPort::Input);
         serial_.close();
     }
     handle_ = PortHandle::Closed;
 }
 
-void SerialPort::drain()
+void SerialPort::drainOutput()
 {
-    // Qt may still hold bytes of its own; they go to the device first, then
-    // the system is asked to wait until the device has sent them.
-    while (serial_.bytesToWrite() > 0 && serial_.waitForBytesWritten(1000)) {
-    }
+    // The protocol writes as if every write blocked until the byte left: the
+    // CANs before a purge and the ACK before the port closes must reach the
+    // register. The system queues them, so wait here, where the protocol is
+    // about to throw bytes away, rather than after every byte.
+    if (serial_.bytesToWrite() > 0 && !serial_.waitForBytesWritten(1000))
+        serial_.clearError();
 #ifdef Q_OS_WIN
-    ::FlushFileBuffers(serial_.handle());
+    FlushFileBuffers(serial_.handle());
 #else
-    ::tcdrain(serial_.handle());
+    tcdrain(serial_.handle());
 #endif
-    serial_.clearError();
 }
 
 qint64 SerialPort::bytesWaiting()
@@ -114,11 +115,11 @@ void SerialPort::writeByte(quint8 value)
 
 void SerialPort::purge()
 {
-    // Once drained there is nothing left to send, so only the input is
-    // discarded. Discarding the output as well would gain nothing on a UART,
-    // and on a pseudo-terminal it throws away what the far end has not read yet.
+    // Written bytes are drained, never discarded: a pseudo-terminal (and some
+    // USB adapters) would otherwise drop what the far end has not read yet.
+    // After the drain nothing is left to send, so only the input is cleared.
     if (serial_.isOpen()) {
-        drain();
+        drainOutput();
         serial_.clear(QSerialPort::Input);
     }
 }

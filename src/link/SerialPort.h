@@ -24,9 +24,8 @@ public:
     QString lastError() const { return lastError_; }
 
 private:
-    // Returns once every byte written so far has left the port: the blocking
-    // write, paid only where a purge or close could otherwise throw bytes away.
-    void drain();
+    // Returns once every written byte has left the PC.
+    void drainOutput();
 
     QSerialPort serial_;
     PortHandle handle_ = PortHandle::Closed;

@@ -135,14 +135,14 @@ void TestSimLink::pacing_data()
     QTest::addColumn<int>("baud");
     QTest::addColumn<qint64>("ackAt");
     QTest::addColumn<qint64>("lastByteAt");
-    // The six bytes of the frame are written at 10 ms; the register reacts
-    // once they could have arrived, its ACK takes a byte time back, and it
-    // answers 5 ms after its reaction (or when the ACK has left the line):
-    // the 13 bytes of the answer take 13 byte times.
+    // The PC writes the six bytes of the frame at 10 ms: the register has
+    // them only after their wire time, ACKs, and answers 5 ms later (or when
+    // its ACK has left the line); the 13 bytes of the answer take 12 byte
+    // times from the first to the last.
     QTest::newRow("no pacing") << 0 << qint64(10) << qint64(15);
-    QTest::newRow("115200: fractions add up") << 115200 << qint64(11) << qint64(17);
-    QTest::newRow("9600: about 1 ms a byte") << 9600 << qint64(18) << qint64(22 + 13);
-    QTest::newRow("1200: the ACK still holds the line") << 1200 << qint64(60 + 8) << qint64(68 + 108);
+    QTest::newRow("115200: six bytes end within the 11th ms") << 115200 << qint64(11) << qint64(17);
+    QTest::newRow("9600: about 1 ms a byte each way") << 9600 << qint64(17) << qint64(22 + 12);
+    QTest::newRow("1200: the ACK still holds the line when the answer is due") << 1200 << qint64(60) << qint64(68 + 100);
 }
 
 void TestSimLink::pacing()
@@ -158,6 +158,11 @@ void TestSimLink::pacing()
     QCOMPARE(values(reply), QByteArray(1, ACK) + kStatusAnswer);
     QCOMPARE(reply.first().atMs, ackAt);
     QCOMPARE(reply.last().atMs, lastByteAt);
+    const qint64 start = reply[1].atMs;
+    for (qsizetype i = 1; i < reply.size(); ++i) {
+        const qint64 expected = start + (baud > 0 ? (i - 1) * 10000 / baud : 0);
+        QCOMPARE(reply[i].atMs, expected);
+    }
 }
 
 void TestSimLink::answersOverTheVirtualPort()
@@ -191,10 +196,10 @@ void TestSimLink::answersOverTheVirtualPort()
     }
     port.writeByte(ACK);
     QCOMPARE(answer, QByteArray(1, STX) + "00/00/01/99KDV000001/1/KD/IT/1.00/");
-    // At 9600 baud: the four bytes up to ENQ arrive by 1005, its ACK by
-    // 1006; the 6-byte frame written then arrives by 1013; the 36 bytes of
-    // the answer leave 5 ms later and take 37.5 ms.
-    QCOMPARE(clock.nowMs(), qint64(1013 + 5 + 37));
+    // Both ways at 9600 baud: the three CANs and ENQ reach the register at
+    // 1005, the six frame bytes written then at 1012; the 36-byte answer
+    // starts 5 ms later and its last byte is due 35 byte times after that.
+    QCOMPARE(clock.nowMs(), qint64(1012 + 5 + 35 * 10000 / 9600));
     QCOMPARE(ecr.journal(), QList<QByteArray>{"a/"});
 }
 
