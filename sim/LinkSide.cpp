@@ -131,8 +131,9 @@ void LinkSide::send(QByteArrayView bytes, qint64 earliestMs, QList<TimedByte>& r
     // Each time is taken from the start of the reply, so that the fractions of
     // a millisecond per byte at high speeds add up instead of vanishing.
     const auto offset = [baud](qint64 i) { return baud > 0 ? i * 10000 / baud : 0; };
+    // A byte has reached the PC once its last bit has.
     for (qsizetype i = 0; i < bytes.size(); ++i)
-        reply.append({start + offset(i), static_cast<quint8>(bytes[i])});
+        reply.append({start + offset(i + 1), static_cast<quint8>(bytes[i])});
     lineFreeAt_ = start + offset(bytes.size());
 }
 
