@@ -59,7 +59,7 @@ constexpr FaultSyntax kFaultSyntax[] = {
     {"cover", "MS", "paper cover open for MS milliseconds: printing records refused with error 50"},
     {"fatal", "ERR", "refuse the next record with error ERR (for example 52)"},
     {"refuse", "PREFIX ERR", "refuse every record that begins with PREFIX with error ERR"},
-    {"baud", "N", "pace the bytes sent at N baud, 10 bits a byte (0: no pacing)"},
+    {"baud", "N", "pace the line at N baud, both ways, 10 bits a byte (0: no pacing)"},
     {"unplug", "", "the line goes away: nothing more is answered; ecrsim closes the pty and removes the link"},
     {"replug", "", "the line comes back after unplug: ecrsim makes a new pty at the same link path; the register keeps its state"},
     {"clear", "", "remove every fault, the pacing apart; this also plugs the line back"},

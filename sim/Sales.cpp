@@ -136,17 +136,18 @@ Answer Sales::discount(const Record& r)
     const auto amount = parseCents(r.field(1));
     if (!amount || *amount <= 0)
         return Answer::refused(err::BadPrice);
-    if (lines_.isEmpty())
+    if (lines_.isEmpty() || *amount > subtotal_)
         return Answer::refused(err::NegativeTotal);
     // The discount lowers the taxable amount of the last line's VAT rate,
-    // which may not go below zero: a negative VAT total cannot be printed.
+    // which may not go below zero even while the receipt's total stays above:
+    // a negative VAT total cannot be printed.
     const int vatCode = lines_.last().vatCode;
     qint64 taxable = 0;
     for (const Line& line : lines_)
         if (line.vatCode == vatCode)
             taxable += line.amount;
     if (*amount > taxable)
-        return Answer::refused(err::NegativeTotal);
+        return Answer::refused(err::NegativeVat);
     lines_.append({-*amount, vatCode, lines_.last().department, 'D'});
     subtotal_ -= *amount;
     print(Printer::amountText("SCONTO", -*amount));

@@ -16,7 +16,7 @@ struct VirtualEcrOptions {
     QString journalPath;      // one line per record carried out; empty: memory only
     QString paperPath;        // what the printer printed, as text; empty: memory only
     QStringList faults;       // fault commands in force from the start ("busy 3", ...)
-    qint32 baud = 0;          // pace the bytes sent, 10 bits a byte; 0: no pacing
+    qint32 baud = 0;          // pace the line both ways, 10 bits a byte; 0: no pacing
     qint64 answerDelayMs = 5; // time the register takes before it answers a record
     // Carry on from an earlier run: the records of the journal file are
     // carried out again, silently, before anything else (tables, counters,

@@ -61,7 +61,7 @@ int main(int argc, char** argv)
     const QCommandLineOption fault(QStringLiteral("fault"),
         QStringLiteral("A fault in force from the start (repeatable); see below."), QStringLiteral("FAULT"));
     const QCommandLineOption baud(QStringLiteral("baud"),
-        QStringLiteral("Pace the bytes sent at N baud, 10 bits a byte (default 0: no pacing)."), QStringLiteral("N"), QStringLiteral("0"));
+        QStringLiteral("Pace the line at N baud, both ways, 10 bits a byte (default 0: no pacing)."), QStringLiteral("N"), QStringLiteral("0"));
     const QCommandLineOption delay(QStringLiteral("delay"),
         QStringLiteral("Milliseconds the register takes before answering a record (default 5)."), QStringLiteral("MS"), QStringLiteral("5"));
     parser.addOptions({help, link, journal, paper, fault, baud, delay});

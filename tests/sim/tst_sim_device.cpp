@@ -111,7 +111,7 @@ void TestSimDevice::receipts_data()
     QTest::newRow("a discount larger than its VAT rate's share, though smaller than the total")
         << QByteArrayList{"D/2/BAR/2//////", "3/S/A//1/25.00/1/4/", "3/S/B//1/1.00/2/4/", "4/5.00///0/0/0//",
                           "4/1.00///0/0/0//", "4/0.01///0/0/0//", kCash}
-        << QByteArrayList{"00", "00", "00", "70", "00", "70", "00"} << false;
+        << QByteArrayList{"00", "00", "00", "6B", "00", "6B", "00"} << false;
     QTest::newRow("discount, subtotal and in-receipt record with no receipt")
         << QByteArrayList{"4/10.00///0/0/0//", "U/", "+/"} << QByteArrayList{"6C", "6C", "6C"} << false;
     QTest::newRow("printed notices make a non-fiscal document")
