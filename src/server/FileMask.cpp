@@ -3,6 +3,7 @@
 #include "app/Configuration.h"
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QFileInfo>
 
 namespace kelm::server {
@@ -66,6 +67,14 @@ bool hasForbiddenExtension(const QString& fileName, const QStringList& forbidden
     return false;
 }
 
+bool isOwnFile(const QString& fileName)
+{
+    static const QRegularExpression own(
+        QStringLiteral(R"(^(.*\d{8}\.log|.*\.fmn|.*\.drev|totali\.txt)$)"),
+        QRegularExpression::CaseInsensitiveOption);
+    return own.match(fileName).hasMatch();
+}
+
 QStringList MatchFileMask(const QString& directory, const QString& mask,
                           const QStringList& forbiddenExtensions)
 {
@@ -76,8 +85,10 @@ QStringList MatchFileMask(const QString& directory, const QString& mask,
     QStringList names;
     // Links are not followed and only regular files are read: a link may
     // lead anywhere, and reading a pipe would never end.
-    for (const QString& name : dir.entryList(QDir::Files | QDir::NoSymLinks, QDir::Unsorted)) {
-        if (!hasForbiddenExtension(name, forbiddenExtensions) && matchesFileMask(parsed, name))
+    for (const QString& name : dir.entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks,
+                                                    QDir::Unsorted)) {
+        if (!isOwnFile(name) && !hasForbiddenExtension(name, forbiddenExtensions)
+            && matchesFileMask(parsed, name))
             names.append(name);
     }
     return names;

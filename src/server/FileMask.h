@@ -34,7 +34,11 @@ bool matchesFileMask(const FileMask& mask, const QString& fileName);
 // is filled. A name without "." has no extension and is never forbidden.
 bool hasForbiddenExtension(const QString& fileName, const QStringList& forbiddenExtensions);
 
-// The names (without directory) of the files in `directory` that match the
+// Files the program writes next to the receipts and must never read back as
+// one: the daily log, ".FMN" snapshots, ".drev" working copies, "Totali.txt".
+bool isOwnFile(const QString& fileName);
+
+// The names (without directory) of the files, hidden ones included, in `directory` that match the
 // mask and have no forbidden extension, in the order the directory listing
 // gives them. Empty when the directory does not exist.
 QStringList MatchFileMask(const QString& directory, const QString& mask,

@@ -127,9 +127,11 @@ void TestFileMask::listDirectory_data()
     QTest::newRow("one name") << QStringLiteral("scontrino.txt") << QStringList{}
                               << QStringList{"SCONTRINO.TXT"};
     QTest::newRow("extension") << QStringLiteral("*.txt") << QStringList{}
-                               << QStringList{"SCONTRINO.TXT", "sco1.txt"};
+                               << QStringList{"SCONTRINO.TXT", "sco1.txt", ".sco.txt"};
+    QTest::newRow("hidden named") << QStringLiteral(".sco.txt") << QStringList{}
+                                  << QStringList{".sco.txt"};
     QTest::newRow("everything but forbidden") << QStringLiteral("*") << QStringList{"tmp"}
-                                              << QStringList{"SCONTRINO.TXT", "sco1.txt", "sco2.dat"};
+                                              << QStringList{"SCONTRINO.TXT", "sco1.txt", "sco2.dat", ".sco.txt"};
     QTest::newRow("forbidden though matching") << QStringLiteral("sco*") << QStringList{"dat", "tmp"}
                                                << QStringList{"SCONTRINO.TXT", "sco1.txt"};
 }
@@ -142,7 +144,8 @@ void TestFileMask::listDirectory()
 
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
-    for (const char* name : {"SCONTRINO.TXT", "sco1.txt", "sco2.dat", "sco3.tmp"}) {
+    for (const char* name : {"SCONTRINO.TXT", "sco1.txt", "sco2.dat", "sco3.tmp", ".sco.txt",
+                             "DREV20261122.log", "Totali.txt", "sco1.txt.drev", "sco4.FMN"}) {
         QFile file(dir.filePath(QString::fromLatin1(name)));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
