@@ -113,6 +113,8 @@ bool LoadConfiguration(const IniFile& ini, const QString& programFolder, ConfigP
     // Not read back by the window, which starts with its log switch as the
     // form sets it; headless mode follows it (on unless "Off").
     config.serverLog = read(QStringLiteral("ServerLog"), QString(), 10);
+    config.httpListen = read(QStringLiteral("ServerHttp"), QString(), 64);
+    config.httpToken = read(QStringLiteral("TokenHttp"), QString(), 256);
 
     QFile fileExt(programFolder + QStringLiteral("/FileExt.ini"));
     config.forbiddenExtensions = fileExt.open(QIODevice::ReadOnly)

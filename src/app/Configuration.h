@@ -21,6 +21,8 @@ struct ConfigPC {
     QString wrapDescription;    // "On" / "Off"
     QString alIvaAuto;          // "On" / "Off"
     QString device;             // Dispositivo: a device path, or "virtual"; wins over port
+    QString httpListen;         // ServerHttp: "[ADDRESS:]PORT" of the local HTTP service, empty = off
+    QString httpToken;          // TokenHttp: the bearer token the HTTP service asks for
     QStringList forbiddenExtensions; // slot n of FileExt.ini at index n − 1; empty slots kept
 };
 

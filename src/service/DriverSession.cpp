@@ -113,6 +113,10 @@ void DriverSession::readIdentityAndRates()
     writeIdentity(IniFile(IniPath(options_.programFolder)), identity, QStringLiteral(KELMDREV_VERSION));
     op_.setPanel(3, identity.field + u'-' + identity.serialNumber);
     op_.setPanel(4, identity.firmware);
+    op_.update([&](DriverStatus& st) {
+        st.identity = identity;
+        st.lineUp = true;
+    });
     Q_EMIT identityRead(identity);
 
     PanelCommand panel(link, op_);
@@ -165,6 +169,14 @@ void DriverSession::tick()
     receiptOpen_ = server_->ReceiptOpen;
     if (!stopping_ && serverEnabled_)
         timer_->start();
+}
+
+DriverStatus DriverSession::status() const
+{
+    DriverStatus st = op_.status();
+    st.serverOn = serverEnabled_;
+    st.receiptOpen = receiptOpen_;
+    return st;
 }
 
 void DriverSession::post(LineJob job)

@@ -8,6 +8,7 @@
 #include "app/RunTimeLog.h"
 #include "app/VatRates.h"
 #include "server/ReceiptServer.h"
+#include "service/DriverStatus.h"
 
 #include <QFileSystemWatcher>
 #include <QLockFile>
@@ -75,6 +76,8 @@ public:
     void setLogOn(bool on);
     // Whether the server believes a receipt is open on the register.
     bool receiptOpen() const { return receiptOpen_; }
+    // The driver as it looks now; from any thread, never waits for the line.
+    DriverStatus status() const;
 
 Q_SIGNALS:
     void identityRead(const kelm::EcrIdentity& identity);
@@ -89,7 +92,7 @@ private:
     void shutDownOnWorker();
 
     Options options_;
-    Operator& op_;
+    StatusRecorder op_;
     ConfigPC config_;
     bool configured_ = false;
     std::unique_ptr<QLockFile> lock_;
@@ -100,7 +103,7 @@ private:
     std::unique_ptr<QTimer> timer_;
     std::unique_ptr<QFileSystemWatcher> watcher_;
     VatRateTable vatRates_ = unknownVatRates();
-    bool serverEnabled_ = true;
+    std::atomic<bool> serverEnabled_{true};
     bool runTimeListOn_ = true;
     std::atomic<bool> stopping_{false};
     std::atomic<bool> receiptOpen_{false};

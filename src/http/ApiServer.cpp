@@ -1,0 +1,213 @@
+#include "http/ApiServer.h"
+
+#include "http/Answers.h"
+#include "link/PanelCommand.h"
+#include "service/DriverSession.h"
+
+#include <QHttpServerRequest>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+
+namespace kelm::http {
+
+namespace {
+
+// Room for the request line and headers above the body limit.
+constexpr qint64 kHeaderAllowance = 16 * 1024;
+// A panel command waits at most this long for its turn on the line (a
+// download may hold the line for minutes); then it is not run at all.
+constexpr int kCommandWaitMs = 60 * 1000;
+
+using Status = QHttpServerResponder::StatusCode;
+
+const QByteArray kJson = QByteArrayLiteral("application/json");
+
+void answer(QHttpServerResponder& responder, int status, const QJsonObject& body)
+{
+    responder.write(QJsonDocument(body), static_cast<Status>(status));
+}
+
+void fail(QHttpServerResponder& responder, int status, const QString& message)
+{
+    responder.write(errorBody(message), kJson, static_cast<Status>(status));
+}
+
+// An answer written straight on the connection, for answers that come after
+// the request was handed back to the server.
+void writeRaw(QTcpSocket* socket, int status, const QByteArray& reason, const QByteArray& body, bool close)
+{
+    socket->write("HTTP/1.1 " + QByteArray::number(status) + ' ' + reason + "\r\nContent-Type: application/json\r\n"
+                  + "Content-Length: " + QByteArray::number(body.size()) + "\r\n"
+                  + (close ? "Connection: close\r\n" : "") + "\r\n" + body);
+}
+
+// Counts the bytes a connection sends between two answers and cuts it off
+// with 413 once they exceed what any accepted request can be, before the
+// server has read a body it would refuse anyway.
+class GuardedTcpServer final : public QTcpServer {
+public:
+    using QTcpServer::QTcpServer;
+
+protected:
+    void incomingConnection(qintptr handle) override
+    {
+        auto* socket = new QTcpSocket(this);
+        if (!socket->setSocketDescriptor(handle)) {
+            delete socket;
+            return;
+        }
+        auto received = std::make_shared<qint64>(0);
+        auto refused = std::make_shared<bool>(false);
+        // Connected before the HTTP server's own slot, so it runs first.
+        connect(socket, &QTcpSocket::readyRead, socket, [socket, received, refused] {
+            if (!*refused) {
+                *received += socket->bytesAvailable();
+                if (*received <= kMaxBodyBytes + kHeaderAllowance)
+                    return;
+                *refused = true;
+                writeRaw(socket, 413, "Payload Too Large",
+                         errorBody(QStringLiteral("Richiesta troppo grande (oltre %1 byte)").arg(kMaxBodyBytes)), true);
+                socket->disconnectFromHost();
+            }
+            socket->readAll(); // not for the HTTP server to parse
+        });
+        connect(socket, &QTcpSocket::bytesWritten, socket, [received] { *received = 0; });
+        addPendingConnection(socket);
+    }
+};
+
+} // namespace
+
+ApiServer::ApiServer(service::DriverSession& driver, HttpService::Options options)
+    : driver_(driver), options_(std::move(options)), mailbox_(std::make_shared<Mailbox>())
+{
+    mailbox_->server = this;
+}
+
+ApiServer::~ApiServer()
+{
+    const QMutexLocker lock(&mailbox_->mutex);
+    mailbox_->server = nullptr;
+}
+
+QString ApiServer::listen()
+{
+    auto* tcp = new GuardedTcpServer(this);
+    if (!tcp->listen(options_.listen.address, options_.listen.port))
+        return QStringLiteral("Servizio HTTP: impossibile ascoltare su %1:%2 (%3)")
+            .arg(options_.listen.address.toString())
+            .arg(options_.listen.port)
+            .arg(tcp->errorString());
+    port_ = tcp->serverPort();
+    options_.listen.port = port_;
+    bind(tcp);
+    return QString();
+}
+
+bool ApiServer::handleRequest(const QHttpServerRequest& request, QTcpSocket* socket)
+{
+    QHttpServerResponder responder = makeResponder(request, socket);
+    const QString path = request.url().path();
+    const bool command = path == QStringLiteral("/api/v1/commands");
+    Refusal refusal = checkHost(request.value("Host"), options_.listen);
+    if (!refusal.refused())
+        refusal = checkToken(options_.listen.address.isLoopback(), command, options_.token, request.value("Authorization"));
+    if (!refusal.refused() && request.body().size() > kMaxBodyBytes)
+        refusal = {413, QStringLiteral("Richiesta troppo grande (oltre %1 byte)").arg(kMaxBodyBytes)};
+    if (refusal.refused()) {
+        fail(responder, refusal.status, refusal.message);
+        return true;
+    }
+    if (command && request.method() == QHttpServerRequest::Method::Post) {
+        const std::optional<QString> record = parseCommandPost(request.body(), refusal);
+        if (!record)
+            fail(responder, refusal.status, refusal.message);
+        else
+            runCommand(*record, socket);
+        return true;
+    }
+    route(request, responder);
+    return true;
+}
+
+void ApiServer::route(const QHttpServerRequest& request, QHttpServerResponder& responder)
+{
+    const QString path = request.url().path();
+    const bool get = request.method() == QHttpServerRequest::Method::Get;
+    if (path == QStringLiteral("/") && get) {
+        responder.write(statusPage(driver_.status()), QByteArrayLiteral("text/html; charset=utf-8"));
+    } else if (path == QStringLiteral("/api/v1/status") && get) {
+        answer(responder, 200, statusJson(driver_.status()));
+    } else if (path == QStringLiteral("/") || path == QStringLiteral("/api/v1/status")
+               || path == QStringLiteral("/api/v1/commands")) {
+        fail(responder, 405, QStringLiteral("Metodo non ammesso per %1").arg(path));
+    } else {
+        fail(responder, 404, QStringLiteral("Risorsa sconosciuta: %1").arg(path));
+    }
+}
+
+void ApiServer::missingHandler(const QHttpServerRequest& request, QTcpSocket* socket)
+{
+    QHttpServerResponder responder = makeResponder(request, socket);
+    fail(responder, 404, QStringLiteral("Risorsa sconosciuta: %1").arg(request.url().path()));
+}
+
+void ApiServer::runCommand(const QString& record, QTcpSocket* socket)
+{
+    const quint64 ticket = nextTicket_++;
+    waiting_.insert(ticket, socket);
+    QTimer::singleShot(kCommandWaitMs, this, [this, ticket] { expireCommand(ticket); });
+    driver_.post([mailbox = mailbox_, ticket, record](EcrLink& link) {
+        {
+            const QMutexLocker lock(&mailbox->mutex);
+            if (!mailbox->server || mailbox->cancelled.contains(ticket))
+                return;
+            mailbox->started.insert(ticket);
+        }
+        // The answer goes to the client; the window's status bar is not
+        // the place for a command it did not give.
+        struct : StatusPanels {
+            void setPanel(int, const QString&) override {}
+        } quiet;
+        PanelCommand panel(link, quiet);
+        panel(record);
+        const QMutexLocker lock(&mailbox->mutex);
+        if (ApiServer* server = mailbox->server)
+            QMetaObject::invokeMethod(server, [server, ticket, result = panel.LastResult, answer = panel.LastAnswer,
+                                               errorText = panel.LastErrorText] {
+                server->finishCommand(ticket, result, answer, errorText);
+            });
+    });
+}
+
+void ApiServer::finishCommand(quint64 ticket, qint16 result, const QString& ecrAnswer, const QString& errorText)
+{
+    {
+        const QMutexLocker lock(&mailbox_->mutex);
+        mailbox_->started.remove(ticket);
+    }
+    const QPointer<QTcpSocket> socket = waiting_.take(ticket);
+    if (!socket)
+        return; // timed out, or the client went away
+    const QJsonObject body{{QStringLiteral("result"), result}, {QStringLiteral("answer"), ecrAnswer},
+                           {QStringLiteral("errorText"), errorText}};
+    writeRaw(socket, 200, "OK", QJsonDocument(body).toJson(QJsonDocument::Compact), false);
+}
+
+void ApiServer::expireCommand(quint64 ticket)
+{
+    {
+        const QMutexLocker lock(&mailbox_->mutex);
+        if (mailbox_->started.contains(ticket))
+            return; // under way: its answer comes
+        mailbox_->cancelled.insert(ticket);
+    }
+    if (const QPointer<QTcpSocket> socket = waiting_.take(ticket))
+        writeRaw(socket, 503, "Service Unavailable",
+                 errorBody(QStringLiteral("Registratore occupato o non raggiungibile: comando non eseguito")), false);
+}
+
+} // namespace kelm::http
