@@ -6,6 +6,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+
 namespace kelm::http {
 
 namespace {
@@ -33,6 +35,10 @@ std::optional<QJsonObject> jsonObject(const QByteArray& body, Refusal& refusal)
 // Why a record cannot go to the register as it stands, if so.
 std::optional<QString> recordProblem(const QString& record)
 {
+    // A line break or any other control character has no place in a
+    // record: in a file it would have split the line.
+    if (std::any_of(record.begin(), record.end(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7F; }))
+        return QStringLiteral("Record con caratteri di controllo: non inviato");
     const std::optional<QString> normalized = server::normalizeQueueLine(record);
     return normalized ? server::uncarriableReason(*normalized) : std::nullopt;
 }
@@ -74,8 +80,9 @@ Refusal checkToken(bool loopback, bool panelCommand, const QString& token, const
 
 Refusal checkHost(const QByteArray& host, const ListenAddress& bound)
 {
-    if (bound.address == QHostAddress(QHostAddress::Any) || bound.address == QHostAddress(QHostAddress::AnyIPv6))
-        return {};
+    for (const auto any : {QHostAddress::Any, QHostAddress::AnyIPv4, QHostAddress::AnyIPv6})
+        if (bound.address == QHostAddress(any))
+            return {};
     const QByteArray port = ':' + QByteArray::number(bound.port);
     QList<QByteArray> names;
     names << (bound.address.protocol() == QAbstractSocket::IPv6Protocol
@@ -92,12 +99,12 @@ Refusal checkHost(const QByteArray& host, const ListenAddress& bound)
 
 bool validId(const QString& id)
 {
-    if (id.trimmed().isEmpty() || id.size() > kMaxIdCharacters)
+    if (id.isEmpty() || id.size() > kMaxIdCharacters || id.startsWith(u'.'))
         return false;
-    for (const QChar c : id)
-        if (!c.isPrint())
-            return false;
-    return true;
+    return std::all_of(id.begin(), id.end(), [](QChar c) {
+        return (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || c == u'.'
+            || c == u'_' || c == u'-';
+    });
 }
 
 std::optional<ReceiptPost> parseReceiptPost(const QByteArray& body, Refusal& refusal)
@@ -107,7 +114,8 @@ std::optional<ReceiptPost> parseReceiptPost(const QByteArray& body, Refusal& ref
         return std::nullopt;
     const QJsonValue id = object->value(QStringLiteral("id"));
     if (!id.isString() || !validId(id.toString())) {
-        refusal = refuse(400, QStringLiteral("\"id\" deve essere un testo non vuoto di caratteri stampabili, al massimo %1")
+        refusal = refuse(400, QStringLiteral("\"id\" deve essere un testo di 1..%1 lettere, cifre, \".\", \"_\" o \"-\" "
+                                             "(non all'inizio il \".\")")
                                   .arg(kMaxIdCharacters));
         return std::nullopt;
     }

@@ -46,8 +46,8 @@ struct ReceiptPost {
     QStringList lines;
 };
 
-// {"id": "...", "lines": ["...", ...]}: a non-empty id of printable
-// characters, at least one line, every line one that a frame can carry.
+// {"id": "...", "lines": ["...", ...]}: an id that can also name a file,
+// at least one line, every line one that a frame can carry.
 std::optional<ReceiptPost> parseReceiptPost(const QByteArray& body, Refusal& refusal);
 
 // {"record": "..."}: one non-blank record that a frame can carry.

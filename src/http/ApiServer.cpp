@@ -101,6 +101,7 @@ QString ApiServer::listen()
             .arg(options_.listen.address.toString())
             .arg(options_.listen.port)
             .arg(tcp->errorString());
+    ids_ = std::make_unique<ReceiptIds>(options_.programFolder + QStringLiteral("/KelmDrev.http-ids"), options_.keepDays);
     port_ = tcp->serverPort();
     options_.listen.port = port_;
     bind(tcp);
@@ -137,16 +138,67 @@ void ApiServer::route(const QHttpServerRequest& request, QHttpServerResponder& r
 {
     const QString path = request.url().path();
     const bool get = request.method() == QHttpServerRequest::Method::Get;
+    const QString receipts = QStringLiteral("/api/v1/receipts");
     if (path == QStringLiteral("/") && get) {
-        responder.write(statusPage(driver_.status()), QByteArrayLiteral("text/html; charset=utf-8"));
+        responder.write(statusPage(driver_.status(), latestReceipts()), QByteArrayLiteral("text/html; charset=utf-8"));
+    } else if (path == receipts && request.method() == QHttpServerRequest::Method::Post) {
+        postReceipt(request, responder);
+    } else if (path.startsWith(receipts + u'/') && get) {
+        getReceipt(path.mid(receipts.size() + 1), responder);
     } else if (path == QStringLiteral("/api/v1/status") && get) {
         answer(responder, 200, statusJson(driver_.status()));
     } else if (path == QStringLiteral("/") || path == QStringLiteral("/api/v1/status")
-               || path == QStringLiteral("/api/v1/commands")) {
+               || path == QStringLiteral("/api/v1/commands") || path.startsWith(receipts)) {
         fail(responder, 405, QStringLiteral("Metodo non ammesso per %1").arg(path));
     } else {
         fail(responder, 404, QStringLiteral("Risorsa sconosciuta: %1").arg(path));
     }
+}
+
+void ApiServer::postReceipt(const QHttpServerRequest& request, QHttpServerResponder& responder)
+{
+    Refusal refusal;
+    const std::optional<ReceiptPost> post = parseReceiptPost(request.body(), refusal);
+    if (!post)
+        return fail(responder, refusal.status, refusal.message);
+    switch (ids_->match(post->id, post->lines)) {
+    case ReceiptIds::Match::Other:
+        return fail(responder, 409, QStringLiteral("Id \"%1\" già usato per altre righe").arg(post->id));
+    case ReceiptIds::Match::Same:
+        return getReceipt(post->id, responder);
+    case ReceiptIds::Match::New:
+        break;
+    }
+    const service::DriverStatus status = driver_.status();
+    if (!status.serverOn)
+        return fail(responder, 503, QStringLiteral("Server scontrini spento: scontrino non accettato"));
+    if (!ids_->remember(post->id, post->lines))
+        return fail(responder, 500, QStringLiteral("Impossibile scrivere l'elenco degli id: scontrino non accettato"));
+    driver_.queueRequest(post->id, post->lines);
+    answer(responder, 202,
+           {{QStringLiteral("id"), post->id},
+            {QStringLiteral("state"), server::stateName(server::ReceiptState::InProgress)},
+            {QStringLiteral("accepted"), qint64(++accepted_)}});
+}
+
+void ApiServer::getReceipt(const QString& id, QHttpServerResponder& responder)
+{
+    const std::optional<server::ReceiptOutcome> receipt = driver_.outcomes().find(id);
+    if (!receipt || receipt->source != server::LineOrigin::Source::Request)
+        return fail(responder, 404, QStringLiteral("Scontrino \"%1\" sconosciuto").arg(id));
+    answer(responder, 200, outcomeJson(*receipt));
+}
+
+QList<server::ReceiptOutcome> ApiServer::latestReceipts() const
+{
+    constexpr qsizetype kShown = 10;
+    QList<server::ReceiptOutcome> all;
+    const server::OutcomeBook& book = driver_.outcomes();
+    for (const QString& id : book.ids())
+        if (const auto receipt = book.find(id))
+            all.append(*receipt);
+    std::sort(all.begin(), all.end(), [](const auto& a, const auto& b) { return a.taken > b.taken; });
+    return all.mid(0, kShown);
 }
 
 void ApiServer::missingHandler(const QHttpServerRequest& request, QTcpSocket* socket)

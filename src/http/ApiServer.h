@@ -2,6 +2,8 @@
 
 #include "http/ApiRules.h"
 #include "http/HttpService.h"
+#include "http/ReceiptIds.h"
+#include "server/ReceiptOutcome.h"
 
 #include <QAbstractHttpServer>
 #include <QHttpServerResponder>
@@ -35,6 +37,9 @@ protected:
 
 private:
     void route(const QHttpServerRequest& request, QHttpServerResponder& responder);
+    void postReceipt(const QHttpServerRequest& request, QHttpServerResponder& responder);
+    void getReceipt(const QString& id, QHttpServerResponder& responder);
+    QList<server::ReceiptOutcome> latestReceipts() const;
     void runCommand(const QString& record, QTcpSocket* socket);
     void finishCommand(quint64 ticket, qint16 result, const QString& answer, const QString& errorText);
     void expireCommand(quint64 ticket);
@@ -52,6 +57,8 @@ private:
     HttpService::Options options_;
     quint16 port_ = 0;
     std::shared_ptr<Mailbox> mailbox_;
+    std::unique_ptr<ReceiptIds> ids_;
+    quint64 accepted_ = 0; // receipts accepted since the service started
     // Clients of panel commands still under way. Answered on the socket
     // directly: a responder may not outlive the request it was made for.
     QMap<quint64, QPointer<QTcpSocket>> waiting_;

@@ -26,6 +26,7 @@ public:
         ListenAddress listen;
         QString token;         // TokenHttp; empty: no panel commands, loopback only
         QString programFolder; // where the receipt ids are kept
+        int keepDays = 7;      // how long ids are remembered: as long as answer files
     };
 
     HttpService(service::DriverSession& driver, Options options);

@@ -179,6 +179,24 @@ DriverStatus DriverSession::status() const
     return st;
 }
 
+void DriverSession::queueRequest(const QString& id, const QStringList& lines)
+{
+    server::ReceiptOutcome receipt;
+    receipt.source = server::LineOrigin::Source::Request;
+    receipt.id = id;
+    for (int n = 1; n <= lines.size(); ++n)
+        receipt.lines.append(server::LineOutcome::pending(n, lines[n - 1]));
+    outcomes_.begin(receipt);
+    session_.post([this, lines] {
+        if (!server_ || stopping_)
+            return;
+        server_->queue.append(lines);
+        op_.queueChanged(server_->queue);
+        if (!server_->serialNumber.isEmpty() && serverEnabled_)
+            server_->ProcessReceiptQueue();
+    });
+}
+
 void DriverSession::post(LineJob job)
 {
     session_.post([this, job = std::move(job)] {

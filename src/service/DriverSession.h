@@ -7,6 +7,7 @@
 #include "app/Operator.h"
 #include "app/RunTimeLog.h"
 #include "app/VatRates.h"
+#include "server/OutcomeBook.h"
 #include "server/ReceiptServer.h"
 #include "service/DriverStatus.h"
 
@@ -78,6 +79,12 @@ public:
     bool receiptOpen() const { return receiptOpen_; }
     // The driver as it looks now; from any thread, never waits for the line.
     DriverStatus status() const;
+    // The outcome of every receipt taken; readable from any thread.
+    server::OutcomeBook& outcomes() { return outcomes_; }
+    // A receipt posted over HTTP: begun in the book at once (so that its id
+    // answers from now on), its lines queued on the worker after every line
+    // already there, as a receipt file's would be.
+    void queueRequest(const QString& id, const QStringList& lines);
 
 Q_SIGNALS:
     void identityRead(const kelm::EcrIdentity& identity);
@@ -107,6 +114,7 @@ private:
     bool runTimeListOn_ = true;
     std::atomic<bool> stopping_{false};
     std::atomic<bool> receiptOpen_{false};
+    server::OutcomeBook outcomes_;
     // Last: joined first on destruction, before the members it uses go.
     EcrSession session_;
 };
