@@ -21,6 +21,8 @@ struct ConfigPC {
     QString wrapDescription;    // "On" / "Off"
     QString alIvaAuto;          // "On" / "Off"
     QString device;             // Dispositivo: a device path, or "virtual"; wins over port
+    QString answers;            // Esiti: folder of the answer files, "Off", or empty for the default
+    int answerDays = 7;         // EsitiGiorni: answer files older than this are removed
     QStringList forbiddenExtensions; // slot n of FileExt.ini at index n − 1; empty slots kept
 };
 
