@@ -180,7 +180,7 @@ ReceiptServer::SendOutcome ReceiptServer::SendRecord(const QString& record)
             const QString refusal = CommandErrorText(number, record);
             if (errorClass == errclass::Unknown)
                 return SendOutcome::Done;
-            sent_ = LineOutcome::refused(record, status, message);
+            sent_ = LineOutcome::refused(record, number, message);
             log_.WriteLog(refusal, record);
             if (errorClass == errclass::Fatal) {
                 log_.WriteLog(kFatalMessage, record);

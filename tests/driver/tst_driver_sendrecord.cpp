@@ -99,7 +99,7 @@ void SendRecordTest::policy_data()
         << QStringList{answer("1A"), answer("1A"), answer("1A"), answer("00")} << "<ACK>" << "accettata"
         << QStringList{r, r, r, r} << QStringList{busy, busy, busy} << QStringList{} << qint64(300);
     QTest::newRow("refused: listed, logged, given up")
-        << QStringList{answer("08")} << "<ACK>" << "rifiutata 08" << QStringList{r}
+        << QStringList{answer("08")} << "<ACK>" << "rifiutata 8" << QStringList{r}
         << QStringList{"ECR-errore :8-Il reparto non esiste Ignoro l'errore"}
         << QStringList{"Comando '" + r + "' - Errore N. 8"} << qint64(0);
     QTest::newRow("unknown number counts as accepted")
@@ -130,7 +130,7 @@ void SendRecordTest::policy_data()
         << QStringList{"Comando '" + r + "' - Errore N. 49", "Comando '" + r + "' - Errore N. 49"}
         << qint64(3000 + 500 + 3000 + 3000);
     QTest::newRow("cover open, then a refusal read from the state query")
-        << QStringList{answer("32"), answer("08")} << "<ACK>" << "rifiutata 08" << QStringList{r, q}
+        << QStringList{answer("32"), answer("08")} << "<ACK>" << "rifiutata 8" << QStringList{r, q}
         << QStringList{"ECR-errore :50-Portello rotolo aperto Ricontrollo stato ECR e ripeto comando",
                        "ECR-errore :8-Il reparto non esiste Ignoro l'errore"}
         << QStringList{"Comando '" + r + "' - Errore N. 50", "Comando '" + r + "' - Errore N. 8"}
@@ -183,7 +183,7 @@ void SendRecordTest::fatalErrorEmptiesTheQueue()
 
     rig.server.ProcessReceiptQueue();
     QCOMPARE(book.find(QStringLiteral("a.txt"))->state(), server::ReceiptState::PrintedWithRefusals);
-    QCOMPARE(book.find(QStringLiteral("a.txt"))->lines.at(1).errorNumber, QStringLiteral("34"));
+    QCOMPARE(book.find(QStringLiteral("a.txt"))->lines.at(1).errorNumber, QStringLiteral("52"));
     QCOMPARE(book.find(QStringLiteral("b.txt"))->state(), server::ReceiptState::NotPrinted);
     QCOMPARE(book.find(QStringLiteral("b.txt"))->lines.at(0).reason, server::NotSentReason::FatalError);
     QCOMPARE(rig.peer.records(), (QStringList{"3/S/A//1/1.00/1/1/", kRecord}));
