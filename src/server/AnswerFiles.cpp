@@ -11,6 +11,7 @@ namespace kelm::server {
 namespace {
 
 constexpr qint64 kRewriteMs = 500;
+constexpr qint64 kSweepMs = 3600 * 1000;
 
 } // namespace
 
@@ -63,6 +64,10 @@ void AnswerFiles::onChanged(const QString& id)
 
 void AnswerFiles::flush()
 {
+    if (!swept_.isValid() || swept_.hasExpired(kSweepMs)) {
+        removeExpired();
+        swept_.start();
+    }
     const QSet<QString> ids = std::exchange(waiting_, {});
     for (const QString& id : ids)
         write(id);

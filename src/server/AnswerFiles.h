@@ -28,20 +28,21 @@ public:
     // Puts the receipts still in progress back into the book, so that lines
     // kept across a restart keep reporting to their file.
     void restore();
-    // Writes what is still waiting.
+    // Writes what is still waiting; once an hour also removes answer files
+    // older than the days to keep.
     void flush();
-    // Removes answer files older than the days to keep.
-    void removeExpired();
 
 private:
     void onChanged(const QString& id);
     void write(const QString& id);
+    void removeExpired();
 
     OutcomeBook& book_;
     QString folder_;
     int keepDays_;
     QSet<QString> waiting_;
     QHash<QString, QElapsedTimer> written_;
+    QElapsedTimer swept_;
 };
 
 } // namespace kelm::server

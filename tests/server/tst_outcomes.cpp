@@ -1,7 +1,9 @@
+#include "server/AnswerFiles.h"
 #include "server/AnswerText.h"
 #include "server/OutcomeBook.h"
 #include "server/PendingQueue.h"
 
+#include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -128,6 +130,44 @@ private Q_SLOTS:
         old.write("3/S/A\tB//1/1.00/1/4/\r\n5/\r\n");
         old.close();
         QCOMPARE(takePendingQueue(path), (QList<QueuedLine>{{QStringLiteral("3/S/A\tB//1/1.00/1/4/")}, {QStringLiteral("5/")}}));
+    }
+
+    void answerFilesFollowTheBook()
+    {
+        QTemporaryDir dir;
+        QCOMPARE(AnswerFiles::folderFor(QStringLiteral("off"), dir.path() + u'/'), QString());
+        const QString folder = AnswerFiles::folderFor(QString(), dir.path() + u'/');
+        QCOMPARE(folder, dir.path() + QStringLiteral("/esiti"));
+        const auto stateOf = [&](const QString& name) {
+            QFile f(QDir(folder).filePath(name));
+            return f.open(QIODevice::ReadOnly) ? parseAnswerText(f.readAll())->state() : ReceiptState::NotPrinted;
+        };
+        {
+            OutcomeBook book;
+            AnswerFiles files(book, folder, 7);
+            ReceiptOutcome receipt;
+            receipt.id = QStringLiteral("a.txt");
+            receipt.lines = linesOf(QStringLiteral("pp"));
+            book.begin(receipt);
+            QCOMPARE(stateOf(QStringLiteral("a.txt")), ReceiptState::InProgress);
+            book.record({LineOrigin::Source::File, QStringLiteral("a.txt"), 1}, LineOutcome::accepted({}));
+            receipt.id = QStringLiteral("old.txt");
+            book.begin(receipt);
+            QFile old(QDir(folder).filePath(QStringLiteral("old.txt")));
+            QVERIFY(old.open(QIODevice::ReadWrite));
+            old.setFileTime(QDateTime::currentDateTime().addDays(-8), QFileDevice::FileModificationTime);
+            old.close();
+            files.flush(); // the rewrite that waited, and the sweep
+            QVERIFY(!old.exists());
+        }
+        // After a restart the receipt in progress is back, and is finished.
+        OutcomeBook book;
+        AnswerFiles files(book, folder, 7);
+        files.restore();
+        QCOMPARE(book.ids(), QStringList{QStringLiteral("a.txt")});
+        QCOMPARE(book.find(QStringLiteral("a.txt"))->lines.at(0).fate, LineFate::Accepted);
+        book.record({LineOrigin::Source::File, QStringLiteral("a.txt"), 2}, LineOutcome::accepted({}));
+        QCOMPARE(stateOf(QStringLiteral("a.txt")), ReceiptState::Printed);
     }
 };
 
