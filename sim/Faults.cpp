@@ -61,7 +61,8 @@ constexpr FaultSyntax kFaultSyntax[] = {
     {"refuse", "PREFIX ERR", "refuse every record that begins with PREFIX with error ERR"},
     {"baud", "N", "pace the bytes sent at N baud, 10 bits a byte (0: no pacing)"},
     {"unplug", "", "the line goes away: nothing more is answered; ecrsim closes the pty and removes the link"},
-    {"clear", "", "remove every fault, the pacing apart (in process this also plugs the line back)"},
+    {"replug", "", "the line comes back after unplug: ecrsim makes a new pty at the same link path; the register keeps its state"},
+    {"clear", "", "remove every fault, the pacing apart; this also plugs the line back"},
 };
 
 std::optional<qint64> number(const QString& text, qint64 min, qint64 max)
@@ -91,7 +92,7 @@ QString applyFault(Faults& faults, const QString& command, std::optional<qint64>
             if (name == QLatin1String(s.name))
                 return QStringLiteral("usage: %1 %2").arg(QLatin1String(s.name), QLatin1String(s.arguments));
         return QStringLiteral("unknown fault \"%1\"; known: busy nak can silence garbage broken short "
-                              "paper cover fatal refuse baud unplug clear").arg(name);
+                              "paper cover fatal refuse baud unplug replug clear").arg(name);
     };
 
     int* counter = name == "busy" ? &faults.busy
@@ -140,11 +141,11 @@ QString applyFault(Faults& faults, const QString& command, std::optional<qint64>
         faults.baud = static_cast<qint32>(*b);
         return {};
     }
-    if (name == "unplug" || name == "clear") {
+    if (name == "unplug" || name == "replug" || name == "clear") {
         if (!args.isEmpty())
             return usage();
-        if (name == "unplug") {
-            faults.unplugged = true;
+        if (name != "clear") {
+            faults.unplugged = name == "unplug";
         } else {
             const qint32 baud = faults.baud;
             faults = Faults();

@@ -2,10 +2,10 @@
 
 namespace kelm::sim {
 
-bool LineFile::open(const QString& path, QString* error)
+bool LineFile::open(const QString& path, QString* error, Mode mode)
 {
     file_.setFileName(path);
-    if (file_.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    if (file_.open(QIODevice::WriteOnly | (mode == Mode::Append ? QIODevice::Append : QIODevice::Truncate)))
         return true;
     if (error)
         *error = QStringLiteral("cannot write %1: %2").arg(path, file_.errorString());

@@ -13,8 +13,10 @@ namespace kelm::sim {
 // the lines are only kept in memory.
 class LineFile {
 public:
-    // Creates (or empties) the file; false with a message when it cannot.
-    bool open(const QString& path, QString* error);
+    enum class Mode { Fresh, Append };
+    // Creates or empties the file (Fresh), or writes on at its end (Append);
+    // false with a message when it cannot.
+    bool open(const QString& path, QString* error, Mode mode = Mode::Fresh);
     void append(const QByteArray& line);
     const QList<QByteArray>& lines() const { return lines_; }
 

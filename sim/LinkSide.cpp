@@ -15,9 +15,22 @@ constexpr char kGarbage[] = "\xFF\x00#~\x7F";
 
 } // namespace
 
-void LinkSide::receive(quint8 value, qint64 nowMs, QList<TimedByte>& reply)
+qint64 LinkSide::arrival(qint64 writtenMs)
+{
+    // The PC's bytes take their wire time too: a byte written now is all
+    // there only ten bit times after the line was free for it. Kept in
+    // microseconds so that 0.087 ms a byte at 115200 baud adds up.
+    const qint64 baud = faults_.baud;
+    if (baud <= 0)
+        return writtenMs;
+    rxFreeAtUs_ = std::max(rxFreeAtUs_, writtenMs * 1000) + 10'000'000 / baud;
+    return (rxFreeAtUs_ + 999) / 1000;
+}
+
+void LinkSide::receive(quint8 value, qint64 writtenMs, QList<TimedByte>& reply)
 {
     using namespace kelm::frame;
+    const qint64 nowMs = arrival(writtenMs);
     faults_.anchor(nowMs);
     if (faults_.unplugged)
         return;

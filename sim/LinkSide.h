@@ -21,11 +21,13 @@ public:
     LinkSide(Faults& faults, Executor execute, qint64 answerDelayMs)
         : faults_(faults), execute_(std::move(execute)), answerDelayMs_(answerDelayMs) {}
 
-    void receive(quint8 value, qint64 nowMs, QList<TimedByte>& reply);
+    // A byte the PC wrote at writtenMs; with a speed set it arrives later.
+    void receive(quint8 value, qint64 writtenMs, QList<TimedByte>& reply);
 
 private:
     enum class Phase { Idle, Ready, InFrame, AnswerSent };
 
+    qint64 arrival(qint64 writtenMs);
     void frameComplete(qint64 nowMs, QList<TimedByte>& reply);
     void transmitAnswer(qint64 earliestMs, QList<TimedByte>& reply);
     // Puts bytes on the line no earlier than earliestMs and after whatever
@@ -39,6 +41,7 @@ private:
     QByteArray frame_;
     QByteArray answer_;
     qint64 lineFreeAt_ = 0;
+    qint64 rxFreeAtUs_ = 0;
 };
 
 } // namespace kelm::sim

@@ -31,6 +31,7 @@ PtyHost::~PtyHost()
 
 bool PtyHost::open(const QString& linkPath, QString* error)
 {
+    lastLinkPath_ = linkPath;
     linkPath_ = QFile::encodeName(linkPath);
     struct stat st {};
     if (::lstat(linkPath_.constData(), &st) == 0) {
@@ -84,6 +85,12 @@ void PtyHost::close()
         ::close(master_);
     slave_ = master_ = -1;
     outgoing_.clear();
+}
+
+bool PtyHost::reopen(QString* error)
+{
+    close();
+    return open(lastLinkPath_, error);
 }
 
 void PtyHost::readLine()
@@ -156,9 +163,15 @@ void PtyHost::run(int stopFd, int commandFd, const CommandHandler& onCommand)
                 if (reply == "quit")
                     return;
                 (void)!::write(STDOUT_FILENO, reply.constData(), size_t(reply.size()));
-                if (master_ >= 0 && !ecr_.connected(clock_.nowMs())) {
+                const bool plugged = ecr_.connected(clock_.nowMs());
+                if (master_ >= 0 && !plugged) {
                     close();
                     (void)!::write(STDOUT_FILENO, "unplugged\n", 10);
+                } else if (master_ < 0 && plugged) {
+                    QString error;
+                    const QByteArray said = reopen(&error) ? QByteArray("replugged\n")
+                                                           : "error: " + error.toLocal8Bit() + "\n";
+                    (void)!::write(STDOUT_FILENO, said.constData(), size_t(said.size()));
                 }
             }
         }

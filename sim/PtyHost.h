@@ -36,6 +36,9 @@ public:
 
     // Closes the pty and removes the link, as when the line goes away.
     void close();
+    // A new pty at the link path of the last open, as when the line comes
+    // back: the PC must open its port again, as after a pulled USB adapter.
+    bool reopen(QString* error);
 
 private:
     void readLine();
@@ -48,6 +51,7 @@ private:
     int slave_ = -1; // kept open so the pty lives while no PC has it open
     QByteArray slaveName_;
     QByteArray linkPath_;
+    QString lastLinkPath_;
     std::deque<kelm::TimedByte> outgoing_;
 };
 

@@ -77,7 +77,7 @@ Answer Sales::sell(int department, qint64 quantity, qint64 priceCents, const QBy
 {
     if (!tables_.department(department))
         return Answer::refused(err::NoDepartment);
-    return addLine('S', department, quantity, priceCents, description, {});
+    return addLine(keyedKind(), department, quantity, priceCents, description, {});
 }
 
 Answer Sales::sellPlu(int plu, qint64 quantity)
@@ -85,12 +85,18 @@ Answer Sales::sellPlu(int plu, qint64 quantity)
     const auto it = tables_.plus.find(plu);
     if (it == tables_.plus.end())
         return Answer::refused(err::NoPlu);
-    const Answer a = addLine('S', it->department, quantity, it->price, it->description, {});
+    const Answer a = addLine(keyedKind(), it->department, quantity, it->price, it->description, {});
     if (a.accepted()) {
         it->soldQuantity += quantity;
         it->soldAmount += lineAmount(quantity, it->price);
     }
     return a;
+}
+
+char Sales::keyedKind() const
+{
+    // A key inside a credit note gives back what it would otherwise sell.
+    return document_ == Document::CreditNote ? 'N' : 'S';
 }
 
 Answer Sales::addLine(char kind, int department, qint64 quantity, qint64 priceCents,
@@ -130,10 +136,18 @@ Answer Sales::discount(const Record& r)
     const auto amount = parseCents(r.field(1));
     if (!amount || *amount <= 0)
         return Answer::refused(err::BadPrice);
-    if (lines_.isEmpty() || *amount > subtotal_)
+    if (lines_.isEmpty())
         return Answer::refused(err::NegativeTotal);
-    // The discount lowers the taxable amount of the last line's VAT rate.
-    lines_.append({-*amount, lines_.last().vatCode, lines_.last().department, 'D'});
+    // The discount lowers the taxable amount of the last line's VAT rate,
+    // which may not go below zero: a negative VAT total cannot be printed.
+    const int vatCode = lines_.last().vatCode;
+    qint64 taxable = 0;
+    for (const Line& line : lines_)
+        if (line.vatCode == vatCode)
+            taxable += line.amount;
+    if (*amount > taxable)
+        return Answer::refused(err::NegativeTotal);
+    lines_.append({-*amount, vatCode, lines_.last().department, 'D'});
     subtotal_ -= *amount;
     print(Printer::amountText("SCONTO", -*amount));
     message_ = displayAmount("SCONTO", -*amount);

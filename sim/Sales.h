@@ -75,6 +75,8 @@ private:
     };
 
     void open(Document kind);
+    // What a department or PLU key adds in the document now open.
+    char keyedKind() const;
     void print(const QByteArray& text);
     Answer addLine(char kind, int department, qint64 quantity, qint64 priceCents,
                    const QByteArray& description, const QByteArray& second);

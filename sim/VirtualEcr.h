@@ -18,6 +18,11 @@ struct VirtualEcrOptions {
     QStringList faults;       // fault commands in force from the start ("busy 3", ...)
     qint32 baud = 0;          // pace the bytes sent, 10 bits a byte; 0: no pacing
     qint64 answerDelayMs = 5; // time the register takes before it answers a record
+    // Carry on from an earlier run: the records of the journal file are
+    // carried out again, silently, before anything else (tables, counters,
+    // totals and an open receipt come back as they were); journal and paper
+    // are then written on at their ends.
+    bool resume = false;
     Identity identity;
 };
 
@@ -50,6 +55,8 @@ public:
     const Tables& tables() const { return device_.tables(); }
 
 private:
+    void replayJournal(const QString& path);
+
     QString startError_;
     Faults faults_;
     LineFile journal_;

@@ -37,7 +37,8 @@ QString helpText(const QCommandLineParser& parser)
                "  any fault above    answered \"ok\" or \"error: ...\"\n"
                "  status             receipt open or not, display lines, records carried out\n"
                "  quit               stop, as SIGINT and SIGTERM do\n"
-               "\nOutput: \"ready\" on standard output once the link exists. On stop the link is removed.\n");
+               "\nOutput: \"ready\" on standard output once the link exists; \"unplugged\" and \"replugged\"\n"
+               "when the line goes away and comes back. On stop the link is removed.\n");
 }
 
 } // namespace

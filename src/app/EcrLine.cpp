@@ -5,13 +5,19 @@
 #include "link/VirtualLinePort.h"
 #include "sim/VirtualEcr.h"
 
+#include <algorithm>
+
 namespace kelm {
 
 namespace {
 
-std::unique_ptr<sim::VirtualEcr> makeVirtualEcr(const QString& programFolder)
+std::unique_ptr<sim::VirtualEcr> makeVirtualEcr(const QString& programFolder, qint32 speed)
 {
+    // The built-in register lives in the program folder and carries on where
+    // the last run left it, at the configured speed as a real line would.
     sim::VirtualEcrOptions options;
+    options.resume = true;
+    options.baud = std::max(speed, 0);
     options.journalPath = programFolder + QStringLiteral("/virtual-ecr-journal.txt");
     options.paperPath = programFolder + QStringLiteral("/virtual-ecr-paper.txt");
     return std::make_unique<sim::VirtualEcr>(options);
@@ -23,7 +29,7 @@ EcrLine::EcrLine(const ConfigPC& config, const QString& programFolder)
     : name_(SystemPortName(config)), speed_(config.speed),
       link_([&]() -> Port& {
           if (IsVirtualDevice(config)) {
-              auto ecr = makeVirtualEcr(programFolder);
+              auto ecr = makeVirtualEcr(programFolder, config.speed);
               peerError_ = ecr->startError();
               port_ = std::make_unique<VirtualLinePort>(*ecr, clock_);
               virtualEcr_ = ecr.get();

@@ -78,7 +78,8 @@ QJsonObject statusJson(const service::DriverStatus& status)
                      {QStringLiteral("at"), status.lastErrorAt.toString(Qt::ISODate)}};
     return {
         {QStringLiteral("register"), identityJson(id)},
-        {QStringLiteral("line"), QJsonObject{{QStringLiteral("state"), status.lineUp ? QStringLiteral("up") : QStringLiteral("down")}}},
+        {QStringLiteral("line"), QJsonObject{{QStringLiteral("state"), status.lineUp ? QStringLiteral("up") : QStringLiteral("down")},
+                                             {QStringLiteral("nextTry"), time(status.nextTry)}}},
         {QStringLiteral("server"), status.serverOn ? QStringLiteral("on") : QStringLiteral("off")},
         {QStringLiteral("queue"), status.queueLength},
         {QStringLiteral("receiptOpen"), status.receiptOpen},
@@ -101,7 +102,10 @@ QByteArray statusPage(const service::DriverStatus& status, const QList<server::R
                     .arg(name, good ? QStringLiteral("ok") : QStringLiteral("ko"), value);
     };
     row(QStringLiteral("Registratore"), registerText, !id.serialNumber.isEmpty());
-    row(QStringLiteral("Linea"), status.lineUp ? QStringLiteral("attiva") : QStringLiteral("interrotta"), status.lineUp);
+    const QString down = status.nextTry.isValid()
+        ? QStringLiteral("interrotta, nuovo tentativo alle ") + status.nextTry.toString(QStringLiteral("HH:mm:ss"))
+        : QStringLiteral("interrotta");
+    row(QStringLiteral("Linea"), status.lineUp ? QStringLiteral("attiva") : down, status.lineUp);
     row(QStringLiteral("Server scontrini"), status.serverOn ? QStringLiteral("acceso") : QStringLiteral("spento"), status.serverOn);
     row(QStringLiteral("Righe in coda"), QString::number(status.queueLength), true);
     row(QStringLiteral("Scontrino aperto"), yesNo(status.receiptOpen), true);

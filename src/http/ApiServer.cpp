@@ -165,7 +165,14 @@ void ApiServer::postReceipt(const QHttpServerRequest& request, QHttpServerRespon
     case ReceiptIds::Match::Other:
         return fail(responder, 409, QStringLiteral("Id \"%1\" già usato per altre righe").arg(post->id));
     case ReceiptIds::Match::Same:
-        return getReceipt(post->id, responder);
+        if (driver_.outcomes().find(post->id))
+            return getReceipt(post->id, responder);
+        // Accepted by an earlier run: never queued again, even though its
+        // outcome went with that run.
+        return answer(responder, 200,
+                      {{QStringLiteral("id"), post->id},
+                       {QStringLiteral("state"), QJsonValue()},
+                       {QStringLiteral("note"), QStringLiteral("Già accettato prima dell'ultimo avvio: non ristampato")}});
     case ReceiptIds::Match::New:
         break;
     }

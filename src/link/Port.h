@@ -20,14 +20,16 @@ public:
     // Opens exclusively with 8 data bits, no parity, 1 stop bit, no flow
     // control. A speed below 1 fails before anything is opened.
     virtual bool open(const QString& name, qint32 speed) = 0;
-    // Discards both directions and closes; harmless on a closed port.
+    // Lets every written byte leave, discards what was received and closes;
+    // harmless on a closed port.
     virtual void close() = 0;
     // The next received byte, or 0 when nothing could be read.
     virtual quint8 readByte() = 0;
     virtual void writeByte(quint8 value) = 0;
     // Bytes received and not yet read.
     virtual qint64 bytesWaiting() = 0;
-    // Discards what was received and what is still to be sent.
+    // Discards what was received. Bytes already written are never thrown
+    // away: they leave first, as they would after a blocking write.
     virtual void purge() = 0;
     // Sleeps until a byte may be waiting or ms milliseconds have passed.
     virtual void waitForReadyRead(qint64 ms) = 0;

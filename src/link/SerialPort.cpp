@@ -3,6 +3,12 @@
 #include <QDeadlineTimer>
 #include <QThread>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
+#include <termios.h>
+#endif
+
 namespace kelm {
 
 namespace {
@@ -50,10 +56,26 @@ bool SerialPort::open(const QString& name, qint32 speed)
 void SerialPort::close()
 {
     if (serial_.isOpen()) {
-        serial_.clear(QSerialPort::AllDirections);
+        drainOutput();
+        serial_.clear(QSerialPort::Input);
         serial_.close();
     }
     handle_ = PortHandle::Closed;
+}
+
+void SerialPort::drainOutput()
+{
+    // The protocol writes as if every write blocked until the byte left: the
+    // CANs before a purge and the ACK before the port closes must reach the
+    // register. The system queues them, so wait here, where the protocol is
+    // about to throw bytes away, rather than after every byte.
+    if (serial_.bytesToWrite() > 0 && !serial_.waitForBytesWritten(1000))
+        serial_.clearError();
+#ifdef Q_OS_WIN
+    FlushFileBuffers(serial_.handle());
+#else
+    tcdrain(serial_.handle());
+#endif
 }
 
 qint64 SerialPort::bytesWaiting()
@@ -93,8 +115,13 @@ void SerialPort::writeByte(quint8 value)
 
 void SerialPort::purge()
 {
-    if (serial_.isOpen())
-        serial_.clear(QSerialPort::AllDirections);
+    // Written bytes are drained, never discarded: a pseudo-terminal (and some
+    // USB adapters) would otherwise drop what the far end has not read yet.
+    // After the drain nothing is left to send, so only the input is cleared.
+    if (serial_.isOpen()) {
+        drainOutput();
+        serial_.clear(QSerialPort::Input);
+    }
 }
 
 void SerialPort::waitForReadyRead(qint64 ms)

@@ -24,6 +24,9 @@ public:
     QString lastError() const { return lastError_; }
 
 private:
+    // Returns once every written byte has left the PC.
+    void drainOutput();
+
     QSerialPort serial_;
     PortHandle handle_ = PortHandle::Closed;
     QString lastError_;

@@ -51,7 +51,7 @@ struct LineOutcome {
     int line = 0;
     LineFate fate = LineFate::Pending;
     QString record;      // as sent, once decided; the queued text before
-    QString errorNumber; // Refused: the register's two-character error
+    QString errorNumber; // Refused: the register's error number, in decimal
     QString text;        // Refused: the register's message; Skipped: why
     NotSentReason reason = NotSentReason::LinkLost; // NotSent only
 

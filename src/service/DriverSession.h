@@ -7,6 +7,7 @@
 #include "app/Operator.h"
 #include "app/RunTimeLog.h"
 #include "app/VatRates.h"
+#include "server/AnswerFiles.h"
 #include "server/OutcomeBook.h"
 #include "server/ReceiptServer.h"
 #include "service/DriverStatus.h"
@@ -44,6 +45,8 @@ public:
         QString programFolder;
         bool testMode = false;
         Mode mode = Mode::Headless;
+        // How long a lost line waits before the register is tried again.
+        int retryMs = 5000;
     };
 
     using LineJob = std::function<void(EcrLink&)>;
@@ -93,10 +96,15 @@ Q_SIGNALS:
 private:
     QString openLine();
     void identify();
-    void readIdentityAndRates();
     void startServer();
     void tick();
     void shutDownOnWorker();
+    // Line recovery: the session is up, or lost and trying again at a time.
+    void tryLine();
+    void lineUp(const EcrIdentity& identity);
+    void lineDown(const QString& why, bool logged);
+    // After a restart: receipts whose lines the last run could not keep.
+    void settleOrphans();
 
     Options options_;
     StatusRecorder op_;
@@ -109,6 +117,9 @@ private:
     std::unique_ptr<server::ReceiptServer> server_;
     std::unique_ptr<QTimer> timer_;
     std::unique_ptr<QFileSystemWatcher> watcher_;
+    std::unique_ptr<QTimer> retry_;
+    std::unique_ptr<server::AnswerFiles> answers_;
+    bool lineLost_ = false;
     VatRateTable vatRates_ = unknownVatRates();
     std::atomic<bool> serverEnabled_{true};
     bool runTimeListOn_ = true;

@@ -6,7 +6,6 @@ namespace kelm::service {
 
 namespace {
 const QString kEcrErrorTag = QStringLiteral("ECR-errore :");
-const QString kLinkLost = QStringLiteral("Comunicazione impossibile");
 } // namespace
 
 void StatusRecorder::failure(const QString& text)
@@ -14,8 +13,6 @@ void StatusRecorder::failure(const QString& text)
     update([&](DriverStatus& s) {
         s.lastError = text;
         s.lastErrorAt = QDateTime::currentDateTime();
-        if (text.startsWith(kLinkLost))
-            s.lineUp = false;
     });
 }
 

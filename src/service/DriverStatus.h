@@ -14,6 +14,7 @@ namespace kelm::service {
 struct DriverStatus {
     EcrIdentity identity;  // empty until the register has answered "a/"
     bool lineUp = false;   // the register answered and the line was not lost since
+    QDateTime nextTry;     // while the line is down: when it is tried again
     bool serverOn = false; // the receipt server takes work (ServerStato, chkSRV)
     int queueLength = 0;   // lines waiting for the register
     bool receiptOpen = false;

@@ -5,10 +5,13 @@
 #include "link/Framing.h"
 #include "link/SerialPort.h"
 
+#include <QElapsedTimer>
 #include <QTest>
+#include <QThread>
 
 #include <atomic>
 #include <thread>
+#include <vector>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -22,6 +25,8 @@ using namespace kelm;
 namespace {
 
 // The master side of a pty, answering like a register that knows one record.
+// It reads in bursts, as a busy register does, so that the program's bytes
+// sit in the kernel for a while; every byte is logged with its arrival time.
 class PtyRegister {
 public:
     PtyRegister()
@@ -34,6 +39,7 @@ public:
         cfmakeraw(&raw);
         tcsetattr(master_, TCSANOW, &raw);
         slave_ = QString::fromLocal8Bit(ptsname(master_));
+        started_.start();
     }
     ~PtyRegister()
     {
@@ -60,6 +66,9 @@ public:
         ::close(master_);
         master_ = -1;
     }
+    // Every byte received, in order (read once the serving thread stopped).
+    const QByteArray& received() const { return received_; }
+    const std::vector<qint64>& arrivalMs() const { return arrivalMs_; }
 
 private:
     void serve(const QByteArray& answer)
@@ -69,17 +78,21 @@ private:
             pollfd p{master_, POLLIN, 0};
             if (poll(&p, 1, 20) <= 0 || !(p.revents & POLLIN))
                 continue;
-            char c = 0;
-            if (::read(master_, &c, 1) != 1)
-                continue;
-            const auto b = static_cast<quint8>(c);
-            if (inFrame && b == frame::ETX) {
-                inFrame = false;
-                write(QByteArray(1, char(frame::ACK)) + char(frame::STX) + answer + char(frame::ETX));
-            } else if (b == frame::STX) {
-                inFrame = true;
-            } else if (!inFrame && b == frame::ENQ) {
-                write(QByteArray(1, char(frame::ACK)));
+            QThread::msleep(5); // let the program's bytes pile up in the kernel
+            char burst[256];
+            const ssize_t n = ::read(master_, burst, sizeof burst);
+            for (ssize_t i = 0; i < n; ++i) {
+                const auto b = static_cast<quint8>(burst[i]);
+                received_.append(char(b));
+                arrivalMs_.push_back(started_.elapsed());
+                if (inFrame && b == frame::ETX) {
+                    inFrame = false;
+                    write(QByteArray(1, char(frame::ACK)) + char(frame::STX) + answer + char(frame::ETX));
+                } else if (b == frame::STX) {
+                    inFrame = true;
+                } else if (!inFrame && b == frame::ENQ) {
+                    write(QByteArray(1, char(frame::ACK)));
+                }
             }
         }
     }
@@ -88,6 +101,9 @@ private:
     QString slave_;
     std::thread thread_;
     std::atomic<bool> running_{true};
+    QElapsedTimer started_;
+    QByteArray received_;
+    std::vector<qint64> arrivalMs_;
 };
 
 double cpuSeconds()
@@ -104,6 +120,8 @@ class PtyTest : public QObject {
 
 private Q_SLOTS:
     void transactionRoundTrip();
+    void everyWrittenByteReachesTheWire_data();
+    void everyWrittenByteReachesTheWire();
     void openFailures_data();
     void openFailures();
     void closeDiscardsWaitingBytes();
@@ -124,6 +142,57 @@ void PtyTest::transactionRoundTrip()
     QCOMPARE(received, QString::fromLatin1(answer));
     port.close();
     QCOMPARE(port.handle(), PortHandle::Closed);
+}
+
+void PtyTest::everyWrittenByteReachesTheWire_data()
+{
+    QTest::addColumn<int>("transactions");
+    QTest::addColumn<int>("speed");
+    QTest::newRow("one, port closed right after the answer") << 1 << 9600;
+    QTest::newRow("forty in a row at 115200") << 40 << 115200;
+}
+
+// Whatever the protocol writes is on the wire in its order, however slowly
+// the far end reads: three CAN, ENQ, the frame, and the ACK of every answer,
+// also the last one, written just before the port closes.
+void PtyTest::everyWrittenByteReachesTheWire()
+{
+    QFETCH(int, transactions);
+    QFETCH(int, speed);
+    PtyRegister ecr;
+    ecr.start("00/00/01/99MEA012345/1/");
+    {
+        SerialPort port;
+        QVERIFY2(port.open(ecr.slave(), speed), qPrintable(port.lastError()));
+        SystemClock clock;
+        EcrLink link(port, clock);
+        for (int i = 0; i < transactions; ++i) {
+            QString answer;
+            QCOMPARE(int(link.EcrTransaction(QStringLiteral("3/S/R%1//1/1.00/1/1/").arg(i), answer)), 0);
+        }
+        port.close();
+    }
+    QThread::msleep(100); // the far end reads what is still on its way
+    ecr.stop();
+
+    QByteArray expected;
+    for (int i = 0; i < transactions; ++i) {
+        const QByteArray record = QStringLiteral("3/S/R%1//1/1.00/1/1/").arg(i).toLatin1();
+        expected += "\x18\x18\x18\x05\x02" + record;
+        // two checksum characters, then ETX and the ACK to the answer
+        expected += "cc\x03\x06";
+    }
+    QByteArray wire = ecr.received();
+    // Mask the checksums, whose rule is tested elsewhere.
+    for (qsizetype at = wire.indexOf('\x03'); at >= 2; at = wire.indexOf('\x03', at + 1)) {
+        wire[at - 1] = 'c';
+        wire[at - 2] = 'c';
+    }
+    if (wire != expected) {
+        for (size_t i = 0; i < ecr.arrivalMs().size(); ++i)
+            qInfo("%6lld ms  %02x", ecr.arrivalMs()[i], quint8(ecr.received()[qsizetype(i)]));
+    }
+    QCOMPARE(wire.toPercentEncoding(), expected.toPercentEncoding());
 }
 
 void PtyTest::openFailures_data()

@@ -1,6 +1,11 @@
+#include "server/AnswerFiles.h"
+#include "server/AnswerText.h"
 #include "server/OutcomeBook.h"
+#include "server/PendingQueue.h"
 
+#include <QDir>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace kelm::server;
@@ -80,6 +85,89 @@ private Q_SLOTS:
         QCOMPARE(book.begin(receipt), QStringLiteral("scontrino.txt"));
         QCOMPARE(changes.size(), 5); // three begins, two recorded lines
         QCOMPARE(book.find(QStringLiteral("scontrino.txt.2"))->state(), ReceiptState::InProgress);
+    }
+
+    void answerTextReadsBackWhatItWrote()
+    {
+        ReceiptOutcome receipt;
+        receipt.id = QStringLiteral("vendita è.txt");
+        receipt.identity = {QStringLiteral("99MEY000123"), QStringLiteral("0001"), QStringLiteral("KB"), QStringLiteral("1.2")};
+        receipt.taken = QDateTime(QDate(2026, 3, 1), QTime(9, 0, 1));
+        receipt.lines = {LineOutcome::accepted(QStringLiteral("3/S/CAFFÈ=1//1/1.00/1/4/")),
+                         LineOutcome::refused(QStringLiteral("3/S/X//1/1.00/99/4/"), QStringLiteral("8"),
+                                              QStringLiteral("Il reparto non esiste")),
+                         LineOutcome::skipped(QStringLiteral("x/7/0/0/"), QStringLiteral("Scontrino aperto")),
+                         LineOutcome::notSent(QStringLiteral("5/1/0.00/////"), NotSentReason::FatalError),
+                         LineOutcome::uncertain(QStringLiteral("3/S/Y//1/1.00/1/4/")),
+                         LineOutcome::pending(9, QStringLiteral("5/"))};
+        for (int i = 0; i < 5; ++i)
+            receipt.lines[i].line = i + 1;
+        const QByteArray text = answerText(receipt);
+        QVERIFY(text.contains("[Riga 2]\r\nRecord=3/S/X//1/1.00/99/4/\r\nEsito=rifiutata\r\nErrore=8\r\n"));
+        QVERIFY(text.contains("\xC8")); // Windows-1252
+        const std::optional<ReceiptOutcome> back = parseAnswerText(text);
+        QVERIFY(back);
+        QCOMPARE(back->id, receipt.id);
+        QCOMPARE(back->taken, receipt.taken);
+        QCOMPARE(back->identity.firmware, receipt.identity.firmware);
+        QCOMPARE(back->lines, receipt.lines);
+        QVERIFY(!parseAnswerText("Stato=stampato\r\n"));
+    }
+
+    void pendingLinesKeepTheirOrigin()
+    {
+        QTemporaryDir dir;
+        const QString path = pendingQueuePath(dir.path());
+        const QList<QueuedLine> lines{{QStringLiteral("3/S/A\tB//1/1.00/1/4/"), {LineOrigin::Source::File, QStringLiteral("a.txt"), 3}},
+                                      {QStringLiteral("5/"), {LineOrigin::Source::Request, QStringLiteral("r-7"), 1}},
+                                      {QStringLiteral("x/7/0/0/")}};
+        QVERIFY(savePendingQueue(path, lines));
+        QCOMPARE(takePendingQueue(path), lines);
+        QVERIFY(!QFile::exists(path));
+        // Left by an older version: bare lines.
+        QFile old(path);
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("3/S/A\tB//1/1.00/1/4/\r\n5/\r\n");
+        old.close();
+        QCOMPARE(takePendingQueue(path), (QList<QueuedLine>{{QStringLiteral("3/S/A\tB//1/1.00/1/4/")}, {QStringLiteral("5/")}}));
+    }
+
+    void answerFilesFollowTheBook()
+    {
+        QTemporaryDir dir;
+        QCOMPARE(AnswerFiles::folderFor(QStringLiteral("off"), dir.path() + u'/'), QString());
+        const QString folder = AnswerFiles::folderFor(QString(), dir.path() + u'/');
+        QCOMPARE(folder, dir.path() + QStringLiteral("/esiti"));
+        const auto stateOf = [&](const QString& name) {
+            QFile f(QDir(folder).filePath(name));
+            return f.open(QIODevice::ReadOnly) ? parseAnswerText(f.readAll())->state() : ReceiptState::NotPrinted;
+        };
+        {
+            OutcomeBook book;
+            AnswerFiles files(book, folder, 7);
+            ReceiptOutcome receipt;
+            receipt.id = QStringLiteral("a.txt");
+            receipt.lines = linesOf(QStringLiteral("pp"));
+            book.begin(receipt);
+            QCOMPARE(stateOf(QStringLiteral("a.txt")), ReceiptState::InProgress);
+            book.record({LineOrigin::Source::File, QStringLiteral("a.txt"), 1}, LineOutcome::accepted({}));
+            receipt.id = QStringLiteral("old.txt");
+            book.begin(receipt);
+            QFile old(QDir(folder).filePath(QStringLiteral("old.txt")));
+            QVERIFY(old.open(QIODevice::ReadWrite));
+            old.setFileTime(QDateTime::currentDateTime().addDays(-8), QFileDevice::FileModificationTime);
+            old.close();
+            files.flush(); // the rewrite that waited, and the sweep
+            QVERIFY(!old.exists());
+        }
+        // After a restart the receipt in progress is back, and is finished.
+        OutcomeBook book;
+        AnswerFiles files(book, folder, 7);
+        files.restore();
+        QCOMPARE(book.ids(), QStringList{QStringLiteral("a.txt")});
+        QCOMPARE(book.find(QStringLiteral("a.txt"))->lines.at(0).fate, LineFate::Accepted);
+        book.record({LineOrigin::Source::File, QStringLiteral("a.txt"), 2}, LineOutcome::accepted({}));
+        QCOMPARE(stateOf(QStringLiteral("a.txt")), ReceiptState::Printed);
     }
 };
 

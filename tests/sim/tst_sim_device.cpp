@@ -108,6 +108,10 @@ void TestSimDevice::receipts_data()
     QTest::newRow("discount, and one larger than the total")
         << QByteArrayList{"3/S/Coca Cola 1,70/second , descr/1/25.88/1/4/", "4/10.00///0/0/0//", "4/20.00///0/0/0//", kCash}
         << QByteArrayList{"00", "00", "70", "00"} << false;
+    QTest::newRow("a discount larger than its VAT rate's share, though smaller than the total")
+        << QByteArrayList{"D/2/BAR/2//////", "3/S/A//1/25.00/1/4/", "3/S/B//1/1.00/2/4/", "4/5.00///0/0/0//",
+                          "4/1.00///0/0/0//", "4/0.01///0/0/0//", kCash}
+        << QByteArrayList{"00", "00", "00", "70", "00", "70", "00"} << false;
     QTest::newRow("discount, subtotal and in-receipt record with no receipt")
         << QByteArrayList{"4/10.00///0/0/0//", "U/", "+/"} << QByteArrayList{"6C", "6C", "6C"} << false;
     QTest::newRow("printed notices make a non-fiscal document")
@@ -127,6 +131,8 @@ void TestSimDevice::receipts_data()
     QTest::newRow("a programmed PLU from the keyboard")
         << QByteArrayList{"P/1/8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/", ")/22/", ")/51/"}
         << QByteArrayList{"00", "00", "00"} << true;
+    QTest::newRow("a credit note keyed: department and cash keys inside it")
+        << QByteArrayList{"-/123-2010/", ")/30/", ")/5/", ")/90/"} << QByteArrayList{"00", "00", "00", "00"} << false;
     QTest::newRow("a key the register lacks") << QByteArrayList{")/200/", ")/x/"} << QByteArrayList{"46", "46"} << false;
 }
 
@@ -440,6 +446,26 @@ void TestSimDevice::journalAndPaperFiles()
     // What the register keeps in memory is what it wrote.
     QCOMPARE(ecr.paper().join('\n') + '\n', roll.toUtf8());
     QCOMPARE(ecr.tables().footer[0].text, QByteArray("GRAZIE E ARRIVEDERCI"));
+
+    // The next run carries on: tables, counters and an open receipt come
+    // back, and both files are written on, not over.
+    send("3/S/ACQUA//1/0.50/1/4/");
+    options.resume = true;
+    VirtualEcr next(options);
+    QVERIFY2(next.startError().isEmpty(), qPrintable(next.startError()));
+    QCOMPARE(next.tables().footer[0].text, QByteArray("GRAZIE E ARRIVEDERCI"));
+    QVERIFY(next.receiptOpen());
+    QList<kelm::TimedByte> nextReply;
+    for (const QByteArray& record : {QByteArray("5/1/0.00/////"), QByteArray("x/7/0/0/")})
+        for (char c : "\x05" + kelm::frame::commandFrame(record) + "\x06")
+            next.receive(static_cast<quint8>(c), 0, nextReply);
+    journal.seek(0);
+    QCOMPARE(journal.readAll().count('\n'), 7);
+    paper.seek(0);
+    const QString rolls = QString::fromUtf8(paper.readAll());
+    QVERIFY(rolls.startsWith(roll));
+    QVERIFY2(rolls.contains("GRAN TOTALE                 2.70"), qPrintable(rolls.mid(roll.size())));
+    QVERIFY2(rolls.contains("CHIUSURA FISCALE N. 2"), qPrintable(rolls.mid(roll.size())));
 }
 
 void TestSimDevice::startErrors()

@@ -133,19 +133,22 @@ void TestSimLink::conversation()
 void TestSimLink::pacing_data()
 {
     QTest::addColumn<int>("baud");
+    QTest::addColumn<qint64>("ackAt");
     QTest::addColumn<qint64>("lastByteAt");
-    // The frame ends at 10 ms, the register answers 5 ms later (or when the
-    // ACK has left the line); the 13 bytes of the answer take 12 byte times
-    // from the first to the last.
-    QTest::newRow("no pacing") << 0 << qint64(15);
-    QTest::newRow("115200: 120000/115200 adds up to 1 ms") << 115200 << qint64(16);
-    QTest::newRow("9600: about 1 ms a byte") << 9600 << qint64(27);
-    QTest::newRow("1200: the ACK still holds the line at 15 ms") << 1200 << qint64(18 + 100);
+    // The PC writes the six bytes of the frame at 10 ms: the register has
+    // them only after their wire time, ACKs, and answers 5 ms later (or when
+    // its ACK has left the line); the 13 bytes of the answer take 12 byte
+    // times from the first to the last.
+    QTest::newRow("no pacing") << 0 << qint64(10) << qint64(15);
+    QTest::newRow("115200: six bytes end within the 11th ms") << 115200 << qint64(11) << qint64(17);
+    QTest::newRow("9600: about 1 ms a byte each way") << 9600 << qint64(17) << qint64(22 + 12);
+    QTest::newRow("1200: the ACK still holds the line when the answer is due") << 1200 << qint64(60) << qint64(68 + 100);
 }
 
 void TestSimLink::pacing()
 {
     QFETCH(int, baud);
+    QFETCH(qint64, ackAt);
     QFETCH(qint64, lastByteAt);
     VirtualEcrOptions options;
     options.baud = baud;
@@ -153,7 +156,7 @@ void TestSimLink::pacing()
     QCOMPARE(values(feed(ecr, QByteArray(1, ENQ), 0)), QByteArray(1, ACK));
     const QList<TimedByte> reply = feed(ecr, frameOf("?/"), 10);
     QCOMPARE(values(reply), QByteArray(1, ACK) + kStatusAnswer);
-    QCOMPARE(reply.first().atMs, qint64(10));
+    QCOMPARE(reply.first().atMs, ackAt);
     QCOMPARE(reply.last().atMs, lastByteAt);
     const qint64 start = reply[1].atMs;
     for (qsizetype i = 1; i < reply.size(); ++i) {
@@ -193,8 +196,10 @@ void TestSimLink::answersOverTheVirtualPort()
     }
     port.writeByte(ACK);
     QCOMPARE(answer, QByteArray(1, STX) + "00/00/01/99KDV000001/1/KD/IT/1.00/");
-    // The answer frame is 36 bytes at 9600 baud, sent 5 ms after the frame.
-    QCOMPARE(clock.nowMs(), qint64(1000 + 5 + 35 * 10000 / 9600));
+    // Both ways at 9600 baud: the three CANs and ENQ reach the register at
+    // 1005, the six frame bytes written then at 1012; the 36-byte answer
+    // starts 5 ms later and its last byte is due 35 byte times after that.
+    QCOMPARE(clock.nowMs(), qint64(1012 + 5 + 35 * 10000 / 9600));
     QCOMPARE(ecr.journal(), QList<QByteArray>{"a/"});
 }
 

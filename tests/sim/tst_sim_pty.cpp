@@ -104,7 +104,7 @@ class TestSimPty : public QObject {
 
 private slots:
     void transactionsOverThePty();
-    void unplugClosesTheLine();
+    void unplugClosesTheLineAndReplugBringsItBack();
     void helpNamesEveryOptionAndFault_data();
     void helpNamesEveryOptionAndFault();
     void badCommandLines_data();
@@ -156,7 +156,7 @@ void TestSimPty::transactionsOverThePty()
     QCOMPARE(journal.readAll(), QByteArray("a/\n"));
 }
 
-void TestSimPty::unplugClosesTheLine()
+void TestSimPty::unplugClosesTheLineAndReplugBringsItBack()
 {
     Sim sim;
     QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
@@ -172,6 +172,14 @@ void TestSimPty::unplugClosesTheLine()
     waited.start();
     QCOMPARE(line.readByte(5000), -1);
     QVERIFY(waited.elapsed() < 4000);
+
+    QCOMPARE(sim.command("replug"), QByteArray("ok"));
+    QCOMPARE(sim.nextLine(), QByteArray("replugged"));
+    QVERIFY(QFileInfo(sim.link()).isSymLink());
+    RawLine again(sim.link());
+    QVERIFY(again.isOpen());
+    again.write(QByteArray(3, CAN) + ENQ);
+    QCOMPARE(again.readByte(2000), int(ACK)); // the "can 1" fault was used up before the pull
     sim.process.write("quit\n");
     QVERIFY(sim.process.waitForFinished(5000));
     QCOMPARE(sim.process.exitCode(), 0);
@@ -181,7 +189,7 @@ void TestSimPty::helpNamesEveryOptionAndFault_data()
 {
     QTest::addColumn<QString>("word");
     for (const char* w : {"--link", "--journal", "--paper", "--fault", "--baud", "--delay", "busy", "nak", "can",
-                          "silence", "garbage", "broken", "short", "paper", "cover", "fatal", "refuse", "unplug",
+                          "silence", "garbage", "broken", "short", "paper", "cover", "fatal", "refuse", "unplug", "replug",
                           "clear", "status", "quit", "ready"})
         QTest::newRow(w) << QString::fromLatin1(w);
 }
