@@ -4,6 +4,7 @@
 #    protocol's fixed waits measured in the same run, and CPU per 1000 records;
 #  - a 9000-PLU table and a 256-row logo downloaded at 115200 and 9600 baud,
 #    next to the wire time of the same bytes and the protocol's fixed waits;
+#  - GET /api/v1/status latency while a 9000-PLU download holds the line;
 #  - CPU used by an idle headless driver over IDLE_SECONDS (default 60),
 #    extrapolated to an hour.
 set -euo pipefail
@@ -12,13 +13,16 @@ idle_seconds="${IDLE_SECONDS:-60}"
 
 bash scripts/install-deps.sh
 cmake --preset default >/dev/null
-cmake --build --preset default --target kelmdrev bench_driver bench_programming >/dev/null
+cmake --build --preset default --target kelmdrev bench_driver bench_programming bench_http >/dev/null
 
 echo "== driver throughput =="
 build/default/bench/bench_driver 999
 
 echo "== programming downloads =="
 build/default/bench/bench_programming 9000 9000
+
+echo "== HTTP status while a 9000-PLU download runs =="
+build/default/bench/bench_http 9000
 
 now_ms() { echo $(( $(date +%s%N) / 1000000 )); }
 make_home() {
