@@ -1,10 +1,10 @@
 #include "service/DriverSession.h"
 
 #include "app/InstanceLock.h"
-#include "server/PendingQueue.h"
 #include "app/ProgramFolder.h"
 #include "app/ServerDirectory.h"
 #include "link/PanelCommand.h"
+#include "server/PendingQueue.h"
 #include "server/StatusQuery.h"
 #include "technician/ModelTable.h"
 
