@@ -19,7 +19,8 @@ std::unique_ptr<kelm::http::HttpService> startHttp(const kelm::CommandLine& comm
                                                    QString& error)
 {
     const kelm::ConfigPC& config = driver.config();
-    const auto options = kelm::http::httpOptions(commandLine.http, config.httpListen, config.httpToken, folder, error);
+    const auto options = kelm::http::httpOptions(commandLine.http, config.httpListen, config.httpToken, folder,
+                                                     config.answerDays, error);
     if (!options)
         return nullptr;
     auto service = std::make_unique<kelm::http::HttpService>(driver, *options);

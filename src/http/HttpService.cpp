@@ -41,7 +41,7 @@ QString HttpService::start()
 
 std::optional<HttpService::Options> httpOptions(const QString& commandLine, const QString& configured,
                                                 const QString& token, const QString& programFolder,
-                                                QString& error)
+                                                int keepDays, QString& error)
 {
     const QString text = commandLine.isEmpty() ? configured : commandLine;
     if (text.trimmed().isEmpty())
@@ -49,7 +49,7 @@ std::optional<HttpService::Options> httpOptions(const QString& commandLine, cons
     const std::optional<ListenAddress> listen = parseListenAddress(text, error);
     if (!listen)
         return std::nullopt;
-    return HttpService::Options{*listen, token, programFolder};
+    return HttpService::Options{*listen, token, programFolder, keepDays};
 }
 
 } // namespace kelm::http

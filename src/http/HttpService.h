@@ -50,6 +50,6 @@ private:
 // setting cannot be used.
 std::optional<HttpService::Options> httpOptions(const QString& commandLine, const QString& configured,
                                                 const QString& token, const QString& programFolder,
-                                                QString& error);
+                                                int keepDays, QString& error);
 
 } // namespace kelm::http
