@@ -102,6 +102,19 @@ QString ApiServer::listen()
             .arg(options_.listen.port)
             .arg(tcp->errorString());
     ids_ = std::make_unique<ReceiptIds>(options_.programFolder + QStringLiteral("/KelmDrev.http-ids"), options_.keepDays);
+    kept_ = std::make_unique<KeptOutcomes>(options_.programFolder + QStringLiteral("/http-esiti"), options_.keepDays);
+    server::OutcomeBook& book = driver_.outcomes();
+    kept_->restoreInto(book);
+    // Announced on the worker; written here, off the line's thread.
+    connect(&book, &server::OutcomeBook::changed, this, [this, &book](const QString& id) {
+        if (!unfinished_.contains(id))
+            return;
+        const std::optional<server::ReceiptOutcome> receipt = book.find(id);
+        if (receipt && isFinal(receipt->state())) {
+            kept_->keep(*receipt);
+            unfinished_.remove(id);
+        }
+    });
     port_ = tcp->serverPort();
     options_.listen.port = port_;
     bind(tcp);
@@ -167,12 +180,12 @@ void ApiServer::postReceipt(const QHttpServerRequest& request, QHttpServerRespon
     case ReceiptIds::Match::Same:
         if (driver_.outcomes().find(post->id))
             return getReceipt(post->id, responder);
-        // Accepted by an earlier run: never queued again, even though its
-        // outcome went with that run.
+        // Accepted by an earlier run whose outcome is no longer kept: never
+        // queued again all the same.
         return answer(responder, 200,
                       {{QStringLiteral("id"), post->id},
                        {QStringLiteral("state"), QJsonValue()},
-                       {QStringLiteral("note"), QStringLiteral("Già accettato prima dell'ultimo avvio: non ristampato")}});
+                       {QStringLiteral("note"), QStringLiteral("Già accettato: esito non più disponibile, non ristampato")}});
     case ReceiptIds::Match::New:
         break;
     }
@@ -181,6 +194,7 @@ void ApiServer::postReceipt(const QHttpServerRequest& request, QHttpServerRespon
         return fail(responder, 503, QStringLiteral("Server scontrini spento: scontrino non accettato"));
     if (!ids_->remember(post->id, post->lines))
         return fail(responder, 500, QStringLiteral("Impossibile scrivere l'elenco degli id: scontrino non accettato"));
+    unfinished_.insert(post->id);
     driver_.queueRequest(post->id, post->lines);
     answer(responder, 202,
            {{QStringLiteral("id"), post->id},

@@ -2,6 +2,7 @@
 
 #include "http/ApiRules.h"
 #include "http/HttpService.h"
+#include "http/KeptOutcomes.h"
 #include "http/ReceiptIds.h"
 #include "server/ReceiptOutcome.h"
 
@@ -58,6 +59,8 @@ private:
     quint16 port_ = 0;
     std::shared_ptr<Mailbox> mailbox_;
     std::unique_ptr<ReceiptIds> ids_;
+    std::unique_ptr<KeptOutcomes> kept_;
+    QSet<QString> unfinished_; // accepted in this run, outcome not final yet
     quint64 accepted_ = 0; // receipts accepted since the service started
     // Clients of panel commands still under way. Answered on the socket
     // directly: a responder may not outlive the request it was made for.
