@@ -6,6 +6,7 @@
 #  - a PLU table (9000 rows at 115200 baud, 1500 at 9600, so that the whole
 #    run stays under ten minutes) and a 256-row logo, each next to the same
 #    floor;
+#  - GET /api/v1/status latency while a 9000-PLU download holds the line;
 #  - CPU used by an idle headless driver over IDLE_SECONDS (default 60),
 #    extrapolated to an hour.
 set -euo pipefail
@@ -14,13 +15,16 @@ idle_seconds="${IDLE_SECONDS:-60}"
 
 bash scripts/install-deps.sh
 cmake --preset default >/dev/null
-cmake --build --preset default --target kelmdrev bench_driver bench_programming >/dev/null
+cmake --build --preset default --target kelmdrev bench_driver bench_programming bench_http >/dev/null
 
 echo "== driver throughput =="
 build/default/bench/bench_driver 999
 
 echo "== programming downloads =="
 build/default/bench/bench_programming 9000 1500
+
+echo "== HTTP status while a 9000-PLU download runs =="
+build/default/bench/bench_http 9000
 
 now_ms() { echo $(( $(date +%s%N) / 1000000 )); }
 make_home() {

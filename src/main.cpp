@@ -3,6 +3,7 @@
 #include "app/ProgramFolder.h"
 #include "app/SendCommand.h"
 #include "app/ShutdownSignal.h"
+#include "http/HttpService.h"
 #include "service/DriverSession.h"
 #include "ui/MainForm.h"
 
@@ -10,6 +11,24 @@
 #include <QTextStream>
 
 namespace {
+
+// The local HTTP service when --http or ServerHttp asks for it; `error` says
+// why it could not start.
+std::unique_ptr<kelm::http::HttpService> startHttp(const kelm::CommandLine& commandLine,
+                                                   kelm::service::DriverSession& driver, const QString& folder,
+                                                   QString& error)
+{
+    const kelm::ConfigPC& config = driver.config();
+    const auto options = kelm::http::httpOptions(commandLine.http, config.httpListen, config.httpToken, folder,
+                                                     config.answerDays, error);
+    if (!options)
+        return nullptr;
+    auto service = std::make_unique<kelm::http::HttpService>(driver, *options);
+    error = service->start();
+    if (!error.isEmpty())
+        return nullptr;
+    return service;
+}
 
 int runHeadless(const kelm::CommandLine& commandLine)
 {
@@ -21,7 +40,15 @@ int runHeadless(const kelm::CommandLine& commandLine)
         op.say(error);
         return 1;
     }
+    QString httpError;
+    const std::unique_ptr<kelm::http::HttpService> http = startHttp(commandLine, driver, folder, httpError);
+    if (!httpError.isEmpty()) {
+        op.say(httpError);
+        return 1;
+    }
     op.say(QStringLiteral("KelmDrev %1: driver avviato, cartella %2").arg(QStringLiteral(KELMDREV_VERSION), folder));
+    if (http)
+        op.say(QStringLiteral("Servizio HTTP sulla porta %1").arg(http->port()));
     QObject::connect(&driver, &kelm::service::DriverSession::stopped, QCoreApplication::instance(), &QCoreApplication::quit);
     kelm::onShutdownSignal(QCoreApplication::instance(), [&] {
         op.say(QStringLiteral("Arresto richiesto: chiudo dopo il record in corso"));
@@ -35,9 +62,16 @@ int runHeadless(const kelm::CommandLine& commandLine)
 int runWindow(const kelm::CommandLine& commandLine)
 {
     QApplication::setQuitOnLastWindowClosed(false); // the tray icon keeps the driver alive
-    kelm::ui::MainForm form({kelm::ProgramFolder(commandLine.home), commandLine.testMode});
+    const QString folder = kelm::ProgramFolder(commandLine.home);
+    kelm::ui::MainForm form({folder, commandLine.testMode});
     if (!form.start())
         return 1;
+    // Like the rest of the window's start-up, a service that cannot start
+    // is reported and the window goes on.
+    QString httpError;
+    const std::unique_ptr<kelm::http::HttpService> http = startHttp(commandLine, form.session(), folder, httpError);
+    if (!httpError.isEmpty())
+        QTextStream(stderr) << httpError << Qt::endl;
     // Asked to end from outside (logout, shutdown, kill): close the port
     // cleanly, as the tray's exit does.
     kelm::onShutdownSignal(&form, [&form] { form.mnuPopEsci_Click(); });

@@ -15,6 +15,12 @@ CommandLine ParseCommandLine(const QStringList& arguments)
                 return cl;
             }
             cl.home = arguments[++i];
+        } else if (word == QStringLiteral("--http")) {
+            if (i + 1 >= arguments.size()) {
+                cl.error = QStringLiteral("--http vuole una porta, per esempio: --http 8080 o --http 127.0.0.1:8080");
+                return cl;
+            }
+            cl.http = arguments[++i];
         } else if (word.startsWith(QStringLiteral("--home="))) {
             cl.home = word.mid(7);
         } else if (word == QStringLiteral("--help") || word == QStringLiteral("-h")) {
@@ -65,6 +71,9 @@ QString UsageText()
         "  --home DIR   folder of KelmDrev.ini and FileExt.ini (default: the program's\n"
         "               folder when writable, else the per-user configuration folder)\n"
         "  --headless   run driver mode with no window\n"
+        "  --http [ADDRESS:]PORT  with the window or --headless: the local HTTP service\n"
+        "               (bound to 127.0.0.1 unless an address is given; ServerHttp in\n"
+        "               [Parametri] does the same, TokenHttp sets its bearer token)\n"
         "  --verbose    with --headless: print the run-time list on standard output\n"
         "  --version    print the version\n"
         "  -h, --help   this text\n"

@@ -10,6 +10,7 @@ struct CommandLine {
     Mode mode = Mode::Window;
     QString home;          // --home DIR
     QStringList records;   // send RECORD…
+    QString http;          // --http [ADDRESS:]PORT
     bool verbose = false;  // --verbose
     bool testMode = false; // what is left, upper-cased, is exactly "/TESTMODE"
     QString error;         // not empty when the words make no sense

@@ -113,6 +113,11 @@ bool LoadConfiguration(const IniFile& ini, const QString& programFolder, ConfigP
     // Not read back by the window, which starts with its log switch as the
     // form sets it; headless mode follows it (on unless "Off").
     config.serverLog = read(QStringLiteral("ServerLog"), QString(), 10);
+    config.httpListen = read(QStringLiteral("ServerHttp"), QString(), 64);
+    config.httpToken = read(QStringLiteral("TokenHttp"), QString(), 256);
+    config.answers = read(QStringLiteral("Esiti"), QString(), 255).trimmed();
+    const int days = WholeNumber(read(QStringLiteral("EsitiGiorni"), QString(), 10));
+    config.answerDays = days > 0 ? days : 7;
 
     QFile fileExt(programFolder + QStringLiteral("/FileExt.ini"));
     config.forbiddenExtensions = fileExt.open(QIODevice::ReadOnly)

@@ -21,6 +21,10 @@ struct ConfigPC {
     QString wrapDescription;    // "On" / "Off"
     QString alIvaAuto;          // "On" / "Off"
     QString device;             // Dispositivo: a device path, or "virtual"; wins over port
+    QString httpListen;         // ServerHttp: "[ADDRESS:]PORT" of the local HTTP service, empty = off
+    QString httpToken;          // TokenHttp: the bearer token the HTTP service asks for
+    QString answers;            // Esiti: folder of the answer files, "Off", or empty for the default
+    int answerDays = 7;         // EsitiGiorni: answer files older than this are removed
     QStringList forbiddenExtensions; // slot n of FileExt.ini at index n − 1; empty slots kept
 };
 

@@ -21,6 +21,14 @@ const QString kPaperMessage = QStringLiteral("Sostituire rotolo scontrino");
 const QString kFatalMessage = QStringLiteral("errore grave. Chiamare Casa madre");
 const QString kStatusQuery = QStringLiteral("?/");
 constexpr qint64 kSettleMs = 200;
+const QString kSnapshotDone = QStringLiteral("Eseguito dal PC (file .FMN)");
+
+// The reason of a line refused by the command table: its run-time entry
+// without the direction tag.
+QString skipReason(const QString& runTimeEntry)
+{
+    return runTimeEntry.startsWith(kEcrTag) ? runTimeEntry.mid(kEcrTag.size()).trimmed() : runTimeEntry.trimmed();
+}
 
 // What the run-time list adds after an ECR error, by its class.
 QString classAction(qint16 errorClass)
@@ -40,6 +48,15 @@ QString classAction(qint16 errorClass)
 }
 
 } // namespace
+
+QStringList queueTexts(const QList<QueuedLine>& lines)
+{
+    QStringList texts;
+    texts.reserve(lines.size());
+    for (const QueuedLine& line : lines)
+        texts.append(line.text);
+    return texts;
+}
 
 ReceiptServer::ReceiptServer(EcrLink& link, Operator& op, RunTimeLog& log, Settings settings,
                              const std::atomic<bool>* stop, Now now)
@@ -61,6 +78,7 @@ bool ReceiptServer::pause(qint64 ms)
 
 void ReceiptServer::linkLost(const QString& record)
 {
+    lineLost = true;
     list(kEcrTag + kLinkLostMessage);
     log_.WriteLog(kLinkLostMessage, record);
     // Whoever watches the window or the service log must see it at once: a
@@ -77,10 +95,32 @@ QString ReceiptServer::statusQuery()
     return answer;
 }
 
-void ReceiptServer::setQueue(QStringList lines)
+void ReceiptServer::setQueue(QList<QueuedLine> lines)
 {
     queue = std::move(lines);
-    op_.queueChanged(queue);
+    op_.queueChanged(queueTexts(queue));
+}
+
+void ReceiptServer::report(const LineOrigin& origin, const LineOutcome& outcome)
+{
+    if (outcomes_)
+        outcomes_->record(origin, outcome);
+}
+
+QString ReceiptServer::enqueue(LineOrigin::Source source, const QString& name, const QStringList& lines)
+{
+    ReceiptOutcome receipt;
+    receipt.source = source;
+    receipt.id = name;
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        if (normalizeQueueLine(lines[i])) // blank lines are no records: nobody waits for them
+            receipt.lines.append(LineOutcome::pending(int(i) + 1, lines[i]));
+    const QString id = outcomes_ ? outcomes_->begin(receipt) : name;
+    QList<QueuedLine> added = queue;
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        added.append({lines[i], {source, id, int(i) + 1}});
+    setQueue(std::move(added));
+    return id;
 }
 
 ReceiptServer::SendOutcome ReceiptServer::SendRecord(const QString& record)
@@ -88,6 +128,7 @@ ReceiptServer::SendOutcome ReceiptServer::SendRecord(const QString& record)
     for (;;) { // each round sends the record once more
         if (link_.LinkHandshake() > 0) {
             linkLost(record);
+            sent_ = LineOutcome::notSent(record, NotSentReason::LinkLost);
             return SendOutcome::LinkLost;
         }
         if (link_.SendFrame(record) == link::NakToFrame) {
@@ -107,6 +148,7 @@ ReceiptServer::SendOutcome ReceiptServer::SendRecord(const QString& record)
                 return SendOutcome::Stopped;
             if (statusQuery().startsWith(QStringLiteral("00")))
                 continue;
+            sent_ = LineOutcome::uncertain(record);
             return SendOutcome::Done;
         }
 
@@ -123,6 +165,9 @@ ReceiptServer::SendOutcome ReceiptServer::SendRecord(const QString& record)
         // answer in its place until it settles.
         QString evaluated = answer_;
         bool resend = false;
+        // A "00" of the status query after a refusal means the register is
+        // ready again, not that it carried out the record.
+        sent_ = LineOutcome::accepted(record);
         while (!resend) {
             const QString status = evaluated.left(2);
             if (status == QStringLiteral("00"))
@@ -135,10 +180,13 @@ ReceiptServer::SendOutcome ReceiptServer::SendRecord(const QString& record)
             const QString refusal = CommandErrorText(number, record);
             if (errorClass == errclass::Unknown)
                 return SendOutcome::Done;
+            sent_ = LineOutcome::refused(record, number, message);
             log_.WriteLog(refusal, record);
             if (errorClass == errclass::Fatal) {
                 log_.WriteLog(kFatalMessage, record);
                 op_.showMessage(kFatalMessage, QStringLiteral("ATTENZIONE"), Operator::Icon::Critical);
+                for (const QueuedLine& dropped : std::as_const(queue))
+                    report(dropped.origin, LineOutcome::notSent(dropped.text, NotSentReason::FatalError));
                 setQueue({});
                 ReceiptOpen = false;
                 return SendOutcome::Done;
@@ -186,8 +234,9 @@ ReceiptServer::SendOutcome ReceiptServer::SendRecord(const QString& record)
 void ReceiptServer::ProcessReceiptQueue()
 {
     while (!queue.isEmpty() && !stopRequested()) {
-        const QString line = queue.takeFirst();
-        op_.queueChanged(queue);
+        const QueuedLine taken = queue.takeFirst();
+        const QString& line = taken.text;
+        op_.queueChanged(queueTexts(queue));
         list(kPcToEcrTag + line);
         const std::optional<QString> normalized = normalizeQueueLine(line);
         if (!normalized)
@@ -195,6 +244,7 @@ void ReceiptServer::ProcessReceiptQueue()
         if (const auto reason = uncarriableReason(*normalized)) {
             log_.WriteLog(*reason, *normalized);
             list(kEcrTag + *reason);
+            report(taken.origin, LineOutcome::skipped(*normalized, *reason));
             continue;
         }
         const ItemLineRewrite rewrite = rewriteItemLine(*normalized, settings_.itemLines);
@@ -204,27 +254,34 @@ void ReceiptServer::ProcessReceiptQueue()
         ReceiptOpen = decision.receiptOpen;
         switch (decision.action) {
         case CommandAction::WriteSnapshot:
-            if (!WriteSnapshotFile())
+            if (!WriteSnapshotFile()) {
+                report(taken.origin, LineOutcome::notSent(*normalized, NotSentReason::LinkLost));
                 return;
+            }
+            report(taken.origin, LineOutcome::skipped(*normalized, kSnapshotDone));
             break;
         case CommandAction::Skip:
             if (!decision.logMessage.isEmpty())
                 log_.WriteLog(decision.logMessage, *normalized);
             list(decision.runTimeEntry);
+            report(taken.origin, LineOutcome::skipped(*normalized, skipReason(decision.runTimeEntry)));
             break;
         case CommandAction::StopQueue:
             log_.WriteLog(decision.logMessage, *normalized);
             list(decision.runTimeEntry);
+            report(taken.origin, LineOutcome::skipped(*normalized, skipReason(decision.runTimeEntry)));
             return;
         case CommandAction::Send:
             switch (SendRecord(decision.record)) {
             case SendOutcome::Done:
+                report(taken.origin, sent_);
                 break;
             case SendOutcome::LinkLost:
+                report(taken.origin, sent_);
                 return;
             case SendOutcome::Stopped:
                 // Never confirmed by the register: it goes first next time.
-                setQueue(QStringList{line} + queue);
+                setQueue(QList<QueuedLine>{taken} + queue);
                 return;
             }
             break;
@@ -281,7 +338,7 @@ bool ReceiptServer::claimFile(const QString& directory, const QString& name)
     }
     QFile file(working);
     if (file.open(QIODevice::ReadOnly)) {
-        setQueue(queue + splitReceiptLines(file.readAll()));
+        enqueue(LineOrigin::Source::File, name, splitReceiptLines(file.readAll()));
         file.close();
     }
     QFile::remove(working);

@@ -4,6 +4,7 @@
 #include "app/RunTimeLog.h"
 #include "link/EcrLink.h"
 #include "server/ItemLineRewrite.h"
+#include "server/OutcomeBook.h"
 
 #include <QDateTime>
 #include <QSet>
@@ -13,6 +14,9 @@
 #include <functional>
 
 namespace kelm::server {
+
+// The texts of queued lines, as the queue list shows them.
+QStringList queueTexts(const QList<QueuedLine>& lines);
 
 // Driver mode: receipt files in, records to the register with the error
 // policy, every failure written down. Straight-line exchange code on the
@@ -57,7 +61,19 @@ public:
     bool ReceiptOpen = false;
     bool runTimeListOn = false; // chkRunTimeLog
     QString serialNumber;       // from the identity read at start-up
-    QStringList queue;          // lstScontrino, oldest first
+    QList<QueuedLine> queue;    // lstScontrino, oldest first
+    // Set when a handshake failed; whoever runs the line clears it once the
+    // register answers again.
+    bool lineLost = false;
+
+    // Where the lines' outcomes go; none in tests that do not look.
+    void setOutcomeBook(OutcomeBook* book) { outcomes_ = book; }
+    // Queues the lines of a receipt file or request, each with its origin,
+    // after what is already queued; the receipt is begun in the book.
+    // Returns the receipt's id there.
+    QString enqueue(LineOrigin::Source source, const QString& id, const QStringList& lines);
+    // What the last SendRecord that returned Done did to its record.
+    const LineOutcome& lastOutcome() const { return sent_; }
 
     // The VAT rates read from the register, for the automatic VAT code.
     void setVatRates(const VatRateTable& rates) { settings_.itemLines.vatRates = rates; }
@@ -71,7 +87,8 @@ private:
     bool stopRequested() const { return stop_ && *stop_; }
     bool pause(qint64 ms); // false when shutdown was asked for
     QString statusQuery();  // "?/" after a handshake and `pauseMs`
-    void setQueue(QStringList lines);
+    void setQueue(QList<QueuedLine> lines);
+    void report(const LineOrigin& origin, const LineOutcome& outcome);
     // Takes one waiting file into the queue; false when it was already gone
     // or is too fresh to be complete.
     bool claimFile(const QString& directory, const QString& name);
@@ -83,6 +100,8 @@ private:
     Now now_;
     QString answer_;
     bool paperOut_ = false;
+    LineOutcome sent_;
+    OutcomeBook* outcomes_ = nullptr;
     QSet<QString> reportedUnreadable_;
     const std::atomic<bool>* stop_;
 };

@@ -1,10 +1,10 @@
 #include "service/DriverSession.h"
 
 #include "app/InstanceLock.h"
-#include "app/PendingQueue.h"
 #include "app/ProgramFolder.h"
 #include "app/ServerDirectory.h"
 #include "link/PanelCommand.h"
+#include "server/PendingQueue.h"
 #include "server/StatusQuery.h"
 #include "technician/ModelTable.h"
 
@@ -15,7 +15,6 @@ namespace kelm::service {
 namespace {
 
 constexpr int kTickMs = 250;
-constexpr int kIdentityRetryMs = 5000;
 
 bool isOn(const QString& value)
 {
@@ -71,6 +70,9 @@ QString DriverSession::openLine()
     timer_->setSingleShot(true);
     timer_->setInterval(kTickMs);
     connect(timer_.get(), &QTimer::timeout, timer_.get(), [this] { tick(); });
+    retry_ = std::make_unique<QTimer>();
+    retry_->setSingleShot(true);
+    connect(retry_.get(), &QTimer::timeout, retry_.get(), [this] { tryLine(); });
     if (!configured_)
         return QStringLiteral("Configurazione incompleta"); // the port stays closed
     return line_->open() ? QString() : line_->openError();
@@ -80,49 +82,87 @@ void DriverSession::identify()
 {
     if (stopping_)
         return;
-    if (configured_) {
-        readIdentityAndRates();
-        if (server_ || options_.mode == Mode::Window)
-            return;
-        QTimer::singleShot(kIdentityRetryMs, timer_.get(), [this] { identify(); });
-        return;
-    }
-    startServer();
+    startServer(); // it takes nothing until the register has said who it is
+    if (configured_)
+        tryLine();
 }
 
-void DriverSession::readIdentityAndRates()
+void DriverSession::tryLine()
 {
+    if (stopping_)
+        return;
     EcrLink& link = line_->link();
+    if (lineLost_) {
+        // A device that went away (a pulled USB adapter) is only found
+        // again by opening its name afresh.
+        line_->close();
+        line_->open();
+    }
     const int state = line_->port().isOpen() ? server::QueryStatusByte(link) : 0;
     link.clock().sleepMs(100);
     QString answer;
     const LinkResult result = link.EcrTransaction(QStringLiteral("a/"), answer);
     const EcrIdentity identity = result == link::Ok ? parseIdentity(answer) : EcrIdentity{};
     if (result != link::Ok || identity.serialNumber.isEmpty()) {
-        if (options_.mode == Mode::Headless) {
-            op_.setPanel(1, QStringLiteral("Attenzione!"));
-            op_.setPanel(2, QStringLiteral("ECR non risponde (Err. %1, stato %2): nuovo tentativo fra %3 s")
-                                .arg(result)
-                                .arg(state)
-                                .arg(kIdentityRetryMs / 1000));
-        } else {
-            startServer(); // it takes nothing while the serial number is empty
-        }
+        lineDown(QStringLiteral("Err. %1, stato %2").arg(result).arg(state), false);
         return;
     }
+    lineUp(identity);
+}
+
+void DriverSession::lineUp(const EcrIdentity& identity)
+{
     writeIdentity(IniFile(IniPath(options_.programFolder)), identity, QStringLiteral(KELMDREV_VERSION));
     op_.setPanel(3, identity.field + u'-' + identity.serialNumber);
     op_.setPanel(4, identity.firmware);
+    op_.update([&](DriverStatus& st) {
+        st.identity = identity;
+        st.lineUp = true;
+        st.nextTry = {};
+    });
+    outcomes_.setIdentity(identity);
     Q_EMIT identityRead(identity);
 
-    PanelCommand panel(link, op_);
+    PanelCommand panel(line_->link(), op_);
     if (panel(QStringLiteral("e/")) == 0)
         vatRates_ = parseVatRates(panel.LastAnswer).table;
-    startServer();
+    server_->setVatRates(vatRates_);
     server_->serialNumber = identity.serialNumber;
-    // What the last run could not send goes first.
+    server_->lineLost = false;
+    if (lineLost_) {
+        lineLost_ = false;
+        const QString back = QStringLiteral("ECR di nuovo in linea");
+        log_->WriteLog(back, identity.field + u'-' + identity.serialNumber);
+        op_.setPanel(1, QString());
+        op_.setPanel(2, back);
+    }
+    // What was queued when the line went (or when the last run stopped)
+    // goes first, in its order.
     if (!server_->queue.isEmpty())
         server_->ProcessReceiptQueue();
+    if (answers_)
+        answers_->flush();
+    if (server_->lineLost)
+        lineDown(QString(), true);
+    else if (serverEnabled_ && !timer_->isActive())
+        timer_->start();
+}
+
+void DriverSession::lineDown(const QString& why, bool logged)
+{
+    timer_->stop();
+    if (!lineLost_ && !logged) // the server logs the handshake that failed
+        log_->WriteLog(QStringLiteral("ECR non risponde: nuovo tentativo ogni %1 s").arg(options_.retryMs / 1000.0),
+                       why);
+    lineLost_ = true;
+    const QTime next = QTime::currentTime().addMSecs(options_.retryMs);
+    op_.update([&](DriverStatus& st) {
+        st.lineUp = false;
+        st.nextTry = QDateTime::currentDateTime().addMSecs(options_.retryMs);
+    });
+    op_.setPanel(1, QStringLiteral("Attenzione!"));
+    op_.setPanel(2, QStringLiteral("ECR non risponde: nuovo tentativo alle ") + next.toString(QStringLiteral("HH:mm:ss")));
+    retry_->start(options_.retryMs);
 }
 
 void DriverSession::startServer()
@@ -140,10 +180,17 @@ void DriverSession::startServer()
 
     server_ = std::make_unique<server::ReceiptServer>(line_->link(), op_, *log_, settings, &stopping_);
     server_->runTimeListOn = runTimeListOn_;
-    server_->queue = takePendingQueue(pendingQueuePath(options_.programFolder));
+    server_->setOutcomeBook(&outcomes_);
+    const QString spool = serverDirectoryPrefix(config_.serverDir, options_.programFolder);
+    const QString answers = server::AnswerFiles::folderFor(config_.answers, spool);
+    if (!answers.isEmpty()) {
+        answers_ = std::make_unique<server::AnswerFiles>(outcomes_, answers, config_.answerDays);
+        answers_->restore();
+    }
+    server_->queue = server::takePendingQueue(server::pendingQueuePath(options_.programFolder));
+    settleOrphans();
 
     // A new file starts the next tick at once instead of up to 250 ms later.
-    const QString spool = serverDirectoryPrefix(config_.serverDir, options_.programFolder);
     if (QDir(spool).exists()) {
         watcher_ = std::make_unique<QFileSystemWatcher>(QStringList{spool});
         connect(watcher_.get(), &QFileSystemWatcher::directoryChanged, timer_.get(), [this] {
@@ -157,14 +204,67 @@ void DriverSession::startServer()
         timer_->start();
 }
 
+void DriverSession::settleOrphans()
+{
+    QSet<QString> kept;
+    for (const server::QueuedLine& line : std::as_const(server_->queue))
+        kept.insert(line.origin.id + u'\t' + QString::number(line.origin.line));
+    for (const QString& id : outcomes_.ids()) {
+        const std::optional<server::ReceiptOutcome> receipt = outcomes_.find(id);
+        for (const server::LineOutcome& line : receipt->lines)
+            if (line.fate == server::LineFate::Pending && !kept.contains(id + u'\t' + QString::number(line.line)))
+                outcomes_.record({server::LineOrigin::Source::File, id, line.line},
+                                 server::LineOutcome::notSent(line.record, server::NotSentReason::QueueStopped));
+    }
+}
+
 void DriverSession::tick()
 {
-    if (stopping_ || !server_)
+    if (stopping_ || !server_ || lineLost_)
         return;
     server_->ScanServerDir();
     receiptOpen_ = server_->ReceiptOpen;
+    if (answers_)
+        answers_->flush();
+    if (server_->lineLost && !stopping_) {
+        lineDown(QString(), true);
+        return;
+    }
     if (!stopping_ && serverEnabled_)
         timer_->start();
+}
+
+DriverStatus DriverSession::status() const
+{
+    DriverStatus st = op_.status();
+    st.serverOn = serverEnabled_;
+    st.receiptOpen = receiptOpen_;
+    return st;
+}
+
+void DriverSession::queueRequest(const QString& id, const QStringList& lines)
+{
+    server::ReceiptOutcome receipt;
+    receipt.source = server::LineOrigin::Source::Request;
+    receipt.id = id;
+    for (int n = 1; n <= lines.size(); ++n)
+        receipt.lines.append(server::LineOutcome::pending(n, lines[n - 1]));
+    outcomes_.begin(receipt);
+    session_.post([this, id, lines] {
+        if (!server_ || stopping_)
+            return;
+        for (int n = 1; n <= lines.size(); ++n)
+            server_->queue.append({lines[n - 1], {server::LineOrigin::Source::Request, id, n}});
+        op_.queueChanged(server::queueTexts(server_->queue));
+        // While the line is lost the retry sends them once it is back.
+        if (!server_->serialNumber.isEmpty() && serverEnabled_ && !lineLost_) {
+            server_->ProcessReceiptQueue();
+            if (answers_)
+                answers_->flush();
+            if (server_->lineLost)
+                lineDown(QString(), true);
+        }
+    });
 }
 
 void DriverSession::post(LineJob job)
@@ -198,7 +298,7 @@ void DriverSession::setServerEnabled(bool on)
         serverEnabled_ = on;
         if (!timer_ || !server_)
             return;
-        if (on && !timer_->isActive())
+        if (on && !timer_->isActive() && !lineLost_)
             timer_->start();
         else if (!on)
             timer_->stop();
@@ -238,13 +338,20 @@ void DriverSession::shutDownOnWorker()
 {
     stopping_ = true;
     if (server_ && log_ && !server_->queue.isEmpty()) {
-        const bool kept = savePendingQueue(pendingQueuePath(options_.programFolder), server_->queue);
-        for (const QString& line : server_->queue)
+        const bool kept = server::savePendingQueue(server::pendingQueuePath(options_.programFolder), server_->queue);
+        for (const server::QueuedLine& line : std::as_const(server_->queue)) {
             log_->WriteLog(kept ? QStringLiteral("Riga non inviata: sarà inviata al prossimo avvio")
                                 : QStringLiteral("Riga non inviata: driver fermato"),
-                           line);
+                           line.text);
+            if (!kept)
+                outcomes_.record(line.origin, server::LineOutcome::notSent(line.text, server::NotSentReason::QueueStopped));
+        }
     }
+    if (answers_)
+        answers_->flush();
+    answers_.reset();
     watcher_.reset();
+    retry_.reset();
     timer_.reset();
     server_.reset();
     log_.reset();

@@ -7,7 +7,10 @@
 #include "app/Operator.h"
 #include "app/RunTimeLog.h"
 #include "app/VatRates.h"
+#include "server/AnswerFiles.h"
+#include "server/OutcomeBook.h"
 #include "server/ReceiptServer.h"
+#include "service/DriverStatus.h"
 
 #include <QFileSystemWatcher>
 #include <QLockFile>
@@ -42,6 +45,8 @@ public:
         QString programFolder;
         bool testMode = false;
         Mode mode = Mode::Headless;
+        // How long a lost line waits before the register is tried again.
+        int retryMs = 5000;
     };
 
     using LineJob = std::function<void(EcrLink&)>;
@@ -75,6 +80,14 @@ public:
     void setLogOn(bool on);
     // Whether the server believes a receipt is open on the register.
     bool receiptOpen() const { return receiptOpen_; }
+    // The driver as it looks now; from any thread, never waits for the line.
+    DriverStatus status() const;
+    // The outcome of every receipt taken; readable from any thread.
+    server::OutcomeBook& outcomes() { return outcomes_; }
+    // A receipt posted over HTTP: begun in the book at once (so that its id
+    // answers from now on), its lines queued on the worker after every line
+    // already there, as a receipt file's would be.
+    void queueRequest(const QString& id, const QStringList& lines);
 
 Q_SIGNALS:
     void identityRead(const kelm::EcrIdentity& identity);
@@ -83,13 +96,18 @@ Q_SIGNALS:
 private:
     QString openLine();
     void identify();
-    void readIdentityAndRates();
     void startServer();
     void tick();
     void shutDownOnWorker();
+    // Line recovery: the session is up, or lost and trying again at a time.
+    void tryLine();
+    void lineUp(const EcrIdentity& identity);
+    void lineDown(const QString& why, bool logged);
+    // After a restart: receipts whose lines the last run could not keep.
+    void settleOrphans();
 
     Options options_;
-    Operator& op_;
+    StatusRecorder op_;
     ConfigPC config_;
     bool configured_ = false;
     std::unique_ptr<QLockFile> lock_;
@@ -99,11 +117,15 @@ private:
     std::unique_ptr<server::ReceiptServer> server_;
     std::unique_ptr<QTimer> timer_;
     std::unique_ptr<QFileSystemWatcher> watcher_;
+    std::unique_ptr<QTimer> retry_;
+    std::unique_ptr<server::AnswerFiles> answers_;
+    bool lineLost_ = false;
     VatRateTable vatRates_ = unknownVatRates();
-    bool serverEnabled_ = true;
+    std::atomic<bool> serverEnabled_{true};
     bool runTimeListOn_ = true;
     std::atomic<bool> stopping_{false};
     std::atomic<bool> receiptOpen_{false};
+    server::OutcomeBook outcomes_;
     // Last: joined first on destruction, before the members it uses go.
     EcrSession session_;
 };

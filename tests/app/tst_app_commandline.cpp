@@ -45,6 +45,10 @@ void CommandLineTest::parse_data()
                                           << true;
     QTest::newRow("--home without a folder") << QStringList{"--home"} << Mode::Window << "" << QStringList{}
                                              << false << true;
+    QTest::newRow("--http takes its value off") << QStringList{"--http", "127.0.0.1:8080", "/TESTMODE"} << Mode::Window
+                                                << "" << QStringList{} << true << false;
+    QTest::newRow("--http without a port") << QStringList{"--http"} << Mode::Window << "" << QStringList{} << false
+                                           << true;
     QTest::newRow("unknown option") << QStringList{"--fast"} << Mode::Window << "" << QStringList{} << false << true;
     QTest::newRow("help wins") << QStringList{"send", "--help"} << Mode::Help << "" << QStringList{} << false
                                << false;

@@ -28,39 +28,40 @@ void QueueTest::dispatch_data()
     QTest::addColumn<QString>("runTime");       // an entry that must be listed
     QTest::addColumn<QString>("log");           // a message that must be logged
     QTest::addColumn<bool>("receiptOpen");
+    QTest::addColumn<QString>("fates"); // per non-blank line: a accepted, r refused, s skipped, p pending
 
     const QString item = QStringLiteral("3/S/REPARTO1//1/5.26/1/4/");
     const QString pay = QStringLiteral("5/1/0.00/////");
 
     QTest::newRow("a whole receipt") << QStringList{item, item, pay} << QStringList{item, item, pay}
-                                     << QStringList{} << "PC -> ECR : " + pay << "" << false;
+                                     << QStringList{} << "PC -> ECR : " + pay << "" << false << "aaa";
     QTest::newRow("closure refused inside a receipt, payment sent")
         << QStringList{item, "x/7/0/0/", pay} << QStringList{item, pay} << QStringList{}
         << "ECR        : Comando non gestito con scontrino aperto"
-        << "\"x/\" - Comando non gestito con scontrino aperto !" << false;
+        << "\"x/\" - Comando non gestito con scontrino aperto !" << false << "asa";
     QTest::newRow("closure after the payment is sent")
         << QStringList{item, pay, "x/7/0/0/"} << QStringList{item, pay, "x/7/0/0/"} << QStringList{}
-        << "" << "" << false;
+        << "" << "" << false << "aaa";
     QTest::newRow("in-receipt command with no receipt")
         << QStringList{"+/1/"} << QStringList{} << QStringList{} << "ECR        : Scontrino non aperto" << ""
-        << false;
+        << false << "s";
     QTest::newRow("unknown key stops the queue, the rest stays")
         << QStringList{item, "Z/1/", pay} << QStringList{item} << QStringList{pay}
-        << "ECR        : Comando Z/ non gestito." << "\"Z/\" - Comando non gestito !" << true;
+        << "ECR        : Comando Z/ non gestito." << "\"Z/\" - Comando non gestito !" << true << "asp";
     QTest::newRow("only two records of the ) family")
         << QStringList{")/7/", ")/5/"} << QStringList{} << QStringList{")/5/"}
-        << "ECR        : Comando )/ non gestito." << "\")/\" - Comando non gestito !" << false;
+        << "ECR        : Comando )/ non gestito." << "\")/\" - Comando non gestito !" << false << "sp";
     QTest::newRow("missing final slash is added") << QStringList{"x/7/0/0"} << QStringList{"x/7/0/0/"}
-                                                  << QStringList{} << "PC -> ECR : x/7/0/0" << "" << false;
+                                                  << QStringList{} << "PC -> ECR : x/7/0/0" << "" << false << "a";
     QTest::newRow("blank lines are listed and skipped")
         << QStringList{"   ", "", item, pay} << QStringList{item, pay} << QStringList{} << "PC -> ECR :    "
-        << "" << false;
+        << "" << false << "aa";
     QTest::newRow("customer block gets nine fields and 0")
         << QStringList{"j/A/B/"} << QStringList{"j/A/////////0/"} << QStringList{} << "" << ""
-        << true;
+        << true << "a";
     QTest::newRow("refused item: listed, logged, receipt goes on")
         << QStringList{"3/S/X//1/1.00/99/4/", item, pay} << QStringList{item, pay} << QStringList{}
-        << "" << "Comando '3/S/X//1/1.00/99/4/' - Errore N. 8" << false;
+        << "" << "Comando '3/S/X//1/1.00/99/4/' - Errore N. 8" << false << "raa";
 }
 
 void QueueTest::dispatch()
@@ -71,12 +72,20 @@ void QueueTest::dispatch()
     QFETCH(QString, runTime);
     QFETCH(QString, log);
     QFETCH(bool, receiptOpen);
+    QFETCH(QString, fates);
 
     DriverRig rig;
-    rig.server().queue = lines;
+    server::OutcomeBook book;
+    rig.server().setOutcomeBook(&book);
+    rig.server().enqueue(server::LineOrigin::Source::File, QStringLiteral("scontrino.txt"), lines);
     rig.server().ProcessReceiptQueue();
     QCOMPARE(rig.journal(), journal);
-    QCOMPARE(rig.server().queue, left);
+    QCOMPARE(server::queueTexts(rig.server().queue), left);
+    QString seen;
+    const server::ReceiptOutcome receipt = *book.find(QStringLiteral("scontrino.txt"));
+    for (const server::LineOutcome& line : receipt.lines)
+        seen += QStringLiteral("parsnu").at(int(line.fate));
+    QCOMPARE(seen, fates);
     if (!runTime.isEmpty())
         QVERIFY2(rig.op.runTime.contains(runTime), qPrintable(rig.op.runTime.join(u'\n')));
     if (!log.isEmpty())

@@ -29,6 +29,25 @@ void writeFile(const QString& path, const QByteArray& bytes)
     f.write(bytes);
 }
 
+// The answer file of a receipt: its state, and "Esito" of each line in order.
+struct Answer {
+    QString state;
+    QStringList lines;
+};
+Answer answerOf(const QString& spool, const QString& name)
+{
+    Answer answer;
+    for (const QString& l : fileLines(QDir(spool).filePath(QStringLiteral("esiti/") + name))) {
+        if (l.startsWith(QStringLiteral("Stato=")))
+            answer.state = l.mid(6);
+        else if (l.startsWith(QStringLiteral("Esito=")))
+            answer.lines << l.mid(6);
+        else if (l.startsWith(QStringLiteral("Errore=")) || l.startsWith(QStringLiteral("Motivo=")))
+            answer.lines.last() += u' ' + l.mid(l.indexOf(u'=') + 1);
+    }
+    return answer;
+}
+
 // ecrsim on a fresh pty, with the program's folder beside it.
 class Bench {
 public:
@@ -55,7 +74,7 @@ public:
     {
         writeFile(dir.filePath(QStringLiteral("KelmDrev.ini")),
                   QStringLiteral("[Parametri]\r\nModello=%1\r\nVelocita=115200\r\nDispositivo=%2\r\n"
-                                 "ServerDir=%3\r\nServerFile=*.txt\r\n")
+                                 "ServerDir=%3\r\nServerFile=*.txt\r\nServerStato=On\r\n")
                       .arg(model, device, spool)
                       .toLatin1());
     }
@@ -63,7 +82,14 @@ public:
     QString fault(const QByteArray& command)
     {
         sim.write(command + '\n');
-        return sim.waitForReadyRead(3000) ? QString::fromLatin1(sim.readLine()).trimmed() : QString();
+        // "unplugged" and "replugged" follow the answer to those commands.
+        for (;;) {
+            if (!sim.canReadLine() && !sim.waitForReadyRead(3000))
+                return QString();
+            const QString said = QString::fromLatin1(sim.readLine()).trimmed();
+            if (said != QStringLiteral("unplugged") && said != QStringLiteral("replugged"))
+                return said;
+        }
     }
 
     struct Run {
@@ -96,7 +122,10 @@ private Q_SLOTS:
     void sendWithUnusableConfiguration_data();
     void sendWithUnusableConfiguration();
     void headlessDriverTakesReceiptFiles();
-    void unpluggedMidReceiptCarriesOnAfterRestart();
+    void pulledAndPluggedBackMidReceipt();
+    void fatalErrorInAQueueOfTwoFiles();
+    void registerOffAtStart_data();
+    void registerOffAtStart();
     void headlessRefusesToStart_data();
     void headlessRefusesToStart();
 };
@@ -166,13 +195,16 @@ void EndToEndTest::headlessDriverTakesReceiptFiles()
     QVERIFY(second.err.contains(QStringLiteral("Driver già attivo")));
 
     writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-    writeFile(QDir(bench.spool).filePath("b.txt"), "3/S/DUE//1/2.00/1/4/\n5/1/0.00/////");
+    writeFile(QDir(bench.spool).filePath("b.txt"), "3/S/DUE//1/2.00/1/4/\n3/S/X//1/1.00/99/4/\n5/1/0.00/////");
     writeFile(QDir(bench.spool).filePath("c.tmp"), "3/S/NO//1/1.00/1/4/\r\n");
     QTRY_COMPARE_WITH_TIMEOUT(fileLines(bench.journal).filter(QStringLiteral("5/1/")).size(), 2, 10000);
     const QStringList sales = fileLines(bench.journal).filter(QStringLiteral("3/S/"));
     QCOMPARE(sales.size(), 2);
     QVERIFY(QFile::exists(QDir(bench.spool).filePath("c.tmp")));
     QVERIFY(!QFile::exists(QDir(bench.spool).filePath("a.txt")));
+    QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "b.txt").state, QStringLiteral("stampato_con_rifiuti"), 5000);
+    QCOMPARE(answerOf(bench.spool, "b.txt").lines, (QStringList{"accettata", "rifiutata 8", "accettata"}));
+    QCOMPARE(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato"));
 
     ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
     QVERIFY(driver.waitForFinished(10000));
@@ -181,63 +213,93 @@ void EndToEndTest::headlessDriverTakesReceiptFiles()
     QVERIFY(QString::fromUtf8(driver.readAllStandardError()).contains(QStringLiteral("Driver fermato")));
 }
 
-void EndToEndTest::unpluggedMidReceiptCarriesOnAfterRestart()
+void EndToEndTest::pulledAndPluggedBackMidReceipt()
 {
     QStringList receipt;
     for (int i = 1; i <= 8; ++i)
         receipt << QStringLiteral("3/S/ITEM%1//1/1.00/1/4/").arg(i);
     receipt << QStringLiteral("5/1/0.00/////");
-    QStringList sent;
-    {
-        Bench bench({"--delay", "150"}); // slow enough to pull the plug half-way
-        QVERIFY(bench.ready);
-        QProcess driver;
-        driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
-        QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains("e/"), 10000);
-        writeFile(QDir(bench.spool).filePath("a.txt"), (receipt.join("\r\n") + "\r\n").toLatin1());
-        QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).filter("3/S/").size() >= 3, 10000);
-        QCOMPARE(bench.fault("unplug"), QStringLiteral("ok"));
-        // No crash, no hang: the driver says what happened and keeps running.
-        QByteArray said;
-        QTRY_VERIFY_WITH_TIMEOUT((said += driver.readAllStandardError()).contains("Comunicazione impossibile"), 40000);
-        QCOMPARE(driver.state(), QProcess::Running);
-        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
-        QVERIFY(driver.waitForFinished(15000));
-        QCOMPARE(driver.exitCode(), 0);
-        sent = fileLines(bench.journal).filter(QRegularExpression("^[35]/"));
-        QVERIFY(QFile::exists(bench.dir.filePath("KelmDrev.pending")));
-        // Plugged back in: a new register on the same path, the same folder.
-        QProcess sim2;
-        const QString journal2 = bench.dir.filePath("journal2.txt");
-        QFile::remove(bench.link);
-        sim2.start(QStringLiteral(ECRSIM_EXE), {"--link", bench.link, "--journal", journal2});
-        QVERIFY(sim2.waitForReadyRead(5000));
-        QProcess again;
-        again.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
-        QTRY_VERIFY_WITH_TIMEOUT(fileLines(journal2).contains(receipt.last()), 15000);
-        sent += fileLines(journal2).filter(QRegularExpression("^[35]/"));
-        ::kill(static_cast<pid_t>(again.processId()), SIGTERM);
-        QVERIFY(again.waitForFinished(15000));
-        sim2.write("quit\n");
-        sim2.waitForFinished(3000);
-        QVERIFY(!QFile::exists(bench.dir.filePath("KelmDrev.pending")));
-        // Every record reached a register once, in order, but those the
-        // pulled plug caught: the one in flight (its answer never came, and
-        // the register could not be asked whether it was carried out) and the
-        // one whose handshake failed, which is named in the log.
-        QString log;
-        for (const QString& name : QDir(bench.spool).entryList({"*.log"}, QDir::Files | QDir::Hidden))
-            log += fileLines(QDir(bench.spool).filePath(name)).join(u'\n');
-        QStringList missing;
-        for (const QString& record : receipt) {
-            QVERIFY2(sent.count(record) <= 1, qPrintable(record + " twice: " + sent.join('|')));
-            if (!sent.contains(record))
-                missing << record;
-        }
-        QVERIFY2(missing.size() <= 2, qPrintable(missing.join('|')));
-        QVERIFY(missing.isEmpty() || log.contains(missing.last()));
-        QCOMPARE(sent.last(), receipt.last());
+    Bench bench({"--delay", "150"}); // slow enough to pull the plug half-way
+    QVERIFY(bench.ready);
+    QProcess driver;
+    driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
+    QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains("e/"), 10000);
+    writeFile(QDir(bench.spool).filePath("a.txt"), (receipt.join("\r\n") + "\r\n").toLatin1());
+    QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).filter("3/S/").size() >= 3, 10000);
+    QCOMPARE(bench.fault("unplug"), QStringLiteral("ok"));
+    QByteArray said;
+    QTRY_VERIFY_WITH_TIMEOUT((said += driver.readAllStandardError()).contains("ECR non risponde: nuovo tentativo alle"),
+                             40000);
+    QCOMPARE(answerOf(bench.spool, "a.txt").state, QStringLiteral("in_corso"));
+    // Plugged back in: the rest goes out without a restart.
+    QCOMPARE(bench.fault("replug"), QStringLiteral("ok"));
+    QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains(receipt.last()), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state != QStringLiteral("in_corso"), 5000);
+    QVERIFY((said += driver.readAllStandardError()).contains("ECR di nuovo in linea"));
+    QCOMPARE(driver.state(), QProcess::Running);
+    ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+    QVERIFY(driver.waitForFinished(15000));
+    QCOMPARE(driver.exitCode(), 0);
+
+    // Every line is in the journal once and "accettata", or not in it and
+    // said so: the one in flight when the plug went (incerta) and the one
+    // whose handshake failed (non_inviata).
+    const QStringList sent = fileLines(bench.journal).filter(QRegularExpression("^[35]/"));
+    const Answer answer = answerOf(bench.spool, "a.txt");
+    QCOMPARE(answer.lines.size(), receipt.size());
+    for (int i = 0; i < receipt.size(); ++i) {
+        QVERIFY2(sent.count(receipt[i]) <= 1, qPrintable(receipt[i] + " twice: " + sent.join('|')));
+        const QString fate = answer.lines[i];
+        QVERIFY2(sent.contains(receipt[i]) ? fate == "accettata" || fate == "incerta" : fate != "accettata",
+                 qPrintable(receipt[i] + ": " + fate));
     }
+    QVERIFY2(answer.lines.contains("non_inviata linea_persa"), qPrintable(answer.lines.join('|')));
+    QCOMPARE(answer.state, answer.lines.contains("incerta") ? "incerto" : "stampato_con_rifiuti");
+}
+
+void EndToEndTest::fatalErrorInAQueueOfTwoFiles()
+{
+    Bench bench({"--fault", "refuse 3/S/BOOM 52"});
+    QVERIFY(bench.ready);
+    // Both wait before the driver starts: its first tick takes them together.
+    writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n3/S/BOOM//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+    writeFile(QDir(bench.spool).filePath("b.txt"), "3/S/DUE//1/2.00/1/4/\r\n5/1/0.00/////\r\n");
+    QTest::qWait(300);
+    QProcess driver;
+    driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
+    QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato_con_rifiuti"), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(!answerOf(bench.spool, "b.txt").state.isEmpty(), 5000);
+    ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+    QVERIFY(driver.waitForFinished(15000));
+    QCOMPARE(answerOf(bench.spool, "a.txt").lines, (QStringList{"accettata", "rifiutata 52", "non_inviata errore_grave"}));
+    // The folder lists them in no set order: b.txt went first, or was emptied.
+    if (fileLines(bench.journal).contains("3/S/DUE//1/2.00/1/4/"))
+        QCOMPARE(answerOf(bench.spool, "b.txt").state, QStringLiteral("stampato"));
+    else
+        QCOMPARE(answerOf(bench.spool, "b.txt").lines,
+                 (QStringList{"non_inviata errore_grave", "non_inviata errore_grave"}));
+}
+
+void EndToEndTest::registerOffAtStart_data()
+{
+    QTest::addColumn<QStringList>("mode");
+    QTest::newRow("headless") << QStringList{"--headless"};
+    QTest::newRow("window") << QStringList{};
+}
+
+void EndToEndTest::registerOffAtStart()
+{
+    QFETCH(QStringList, mode);
+    Bench bench({"--fault", "silence 4000"}); // switched on four seconds after the program
+    QVERIFY(bench.ready);
+    QProcess driver;
+    driver.start(QStringLiteral(KELMDREV_EXE), mode + QStringList{"--home", bench.dir.path()});
+    writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+    QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato"), 40000);
+    QCOMPARE(fileLines(bench.journal).filter(QRegularExpression("^[35]/")),
+             (QStringList{"3/S/UNO//1/1.00/1/4/", "5/1/0.00/////"}));
+    ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+    QVERIFY(driver.waitForFinished(15000));
 }
 
 void EndToEndTest::headlessRefusesToStart_data()
