@@ -175,13 +175,13 @@ ReceiptServer::SendOutcome ReceiptServer::SendRecord(const QString& record)
             QString message;
             const qint16 errorClass = EcrErrorMessage(status, message);
             QString number = status;
-            // The log gets the refusal line; its "26" ending keeps busy
-            // repeats out of the log file.
-            const QString refusal = CommandErrorText(number, record);
+            CommandErrorText(number, record); // the error number in decimal
             if (errorClass == errclass::Unknown)
                 return SendOutcome::Done;
             sent_ = LineOutcome::refused(record, number, message);
-            log_.WriteLog(refusal, record);
+            // The register's own words, with the record they answered: what
+            // the shop reads when it asks why a line is missing.
+            log_.WriteLog(message, record);
             if (errorClass == errclass::Fatal) {
                 log_.WriteLog(kFatalMessage, record);
                 op_.showMessage(kFatalMessage, QStringLiteral("ATTENZIONE"), Operator::Icon::Critical);
