@@ -4,9 +4,11 @@
 #include "app/RunTimeLog.h"
 #include "link/EcrLink.h"
 #include "server/ItemLineRewrite.h"
+#include "server/FileSettle.h"
 #include "server/OutcomeBook.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QSet>
 #include <QStringList>
 
@@ -92,6 +94,7 @@ private:
     // Takes one waiting file into the queue; false when it was already gone
     // or is too fresh to be complete.
     bool claimFile(const QString& directory, const QString& name);
+    bool claim(const QString& original, const QString& working) const;
 
     EcrLink& link_;
     Operator& op_;
@@ -103,6 +106,8 @@ private:
     LineOutcome sent_;
     OutcomeBook* outcomes_ = nullptr;
     QSet<QString> reportedUnreadable_;
+    QHash<QString, FileLook> seen_;      // waiting files not yet settled, as first seen
+    QHash<QString, qint64> unclaimable_; // files whose claim failed: the time of the last try
     const std::atomic<bool>* stop_;
 };
 
