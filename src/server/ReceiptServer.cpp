@@ -62,9 +62,19 @@ QStringList queueTexts(const QList<QueuedLine>& lines)
 }
 
 ReceiptServer::ReceiptServer(EcrLink& link, Operator& op, RunTimeLog& log, Settings settings,
-                             const std::atomic<bool>* stop, Now now)
-    : link_(link), op_(op), log_(log), settings_(std::move(settings)), now_(std::move(now)), stop_(stop)
+                             const std::atomic<bool>* stop, Now now, std::atomic<bool>* receiptOpen)
+    : ReceiptOpen(receiptOpen ? *receiptOpen : ownReceiptOpen_), link_(link), op_(op), log_(log),
+      settings_(std::move(settings)), now_(std::move(now)), stop_(stop)
 {
+}
+
+void ReceiptServer::setSpool(const QString& serverDir, const QString& serverFile)
+{
+    settings_.serverDir = serverDir;
+    settings_.serverFile = serverFile;
+    seen_.clear();
+    unclaimable_.clear();
+    reportedUnreadable_.clear();
 }
 
 void ReceiptServer::list(const QString& entry)

@@ -90,7 +90,7 @@ void QueueTest::dispatch()
         QVERIFY2(rig.op.runTime.contains(runTime), qPrintable(rig.op.runTime.join(u'\n')));
     if (!log.isEmpty())
         QVERIFY2(rig.logMessages().contains(log), qPrintable(rig.logMessages().join(u'\n')));
-    QCOMPARE(rig.server().ReceiptOpen, receiptOpen);
+    QCOMPARE(bool(rig.server().ReceiptOpen), receiptOpen);
 }
 
 void QueueTest::receiptOpenCarriesOverToTheNextFile()
