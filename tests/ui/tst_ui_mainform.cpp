@@ -4,6 +4,7 @@
 #include "ScriptedDialogs.h"
 #include "app/IniFile.h"
 #include "ui/MainForm.h"
+#include "server/PendingQueue.h"
 #include "ui/ModelAdaptation.h"
 
 #include <QCheckBox>
@@ -72,6 +73,7 @@ private Q_SLOTS:
     void configurationRoundTrip();
     void storedSettingsSurviveASave_data();
     void storedSettingsSurviveASave();
+    void keptLinesWaitWhileTheServerIsOff();
     void exitQuestionWhileAReceiptIsOpen_data();
     void exitQuestionWhileAReceiptIsOpen();
     void modelAdaptation_data();
@@ -254,6 +256,24 @@ void MainFormTest::storedSettingsSurviveASave()
     const QByteArray saved = readFile(path);
     QVERIFY2(saved.contains(kept), saved.constData());
     QVERIFY2(!saved.contains(absent), saved.constData());
+}
+
+void MainFormTest::keptLinesWaitWhileTheServerIsOff()
+{
+    Home home("ServerStato=Off\r\n");
+    server::savePendingQueue(server::pendingQueuePath(home.dir.path()),
+                             {{QStringLiteral("3/S/RIMASTO//1/1.00/1/4/")}, {QStringLiteral("5/1/0.00/////")}});
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(form.start());
+    QTRY_COMPARE(panel(form, 3), QStringLiteral("KD-99KDV000001"));
+    std::atomic<bool> settled{false};
+    form.session().post([&](EcrLink&) { settled = true; });
+    QTRY_VERIFY(settled);
+    QVERIFY(!readFile(home.dir.filePath("virtual-ecr-journal.txt")).contains("RIMASTO"));
+    form.findChild<QCheckBox*>(QStringLiteral("chkSRV"))->setChecked(true);
+    QTRY_VERIFY(readFile(home.dir.filePath("virtual-ecr-journal.txt")).contains("3/S/RIMASTO//1/1.00/1/4/\n5/1/"));
 }
 
 void MainFormTest::exitQuestionWhileAReceiptIsOpen_data()
