@@ -156,8 +156,7 @@ void PluPage::cmdPLUSalvaFile_Click()
 
 void PluPage::cmdPLULeggiFile_Click()
 {
-    if (const auto loaded = loadPluRows(dialogs_, programFolder_))
-        appendRows(*loaded);
+    loadPluRows(dialogs_, programFolder_, [this](const QList<programming::PluRow>& rows) { appendRows(rows); });
 }
 
 } // namespace kelm::ui
