@@ -73,7 +73,6 @@ class StepsTest : public QObject {
 private Q_SLOTS:
     void keysOnTheWire_data();
     void keysOnTheWire();
-    void saleShowsOnTheDisplay();
     void displayReadThreeTimesAtMost();
     void invoicesOnASlowRegister();
     void creditNoteSendsTheCashKeyTwice();
@@ -111,17 +110,6 @@ void StepsTest::keysOnTheWire()
     runSteps(link, status, keyPressSteps(index, documents));
     QCOMPARE(peer.records(), records);
     QVERIFY(clock.nowMs() >= pauses);
-}
-
-void StepsTest::saleShowsOnTheDisplay()
-{
-    Register ecr;
-    ecr.press(keyIndex("5"));
-    const StepOutcome after = ecr.press(keyIndex("REP-01"));
-    QVERIFY(after.display);
-    QVERIFY2(after.display->line1.contains(QStringLiteral("5")), qPrintable(after.display->line1));
-    QVERIFY(!displayReadsZero(after.display->line1));
-    QCOMPARE(after.display->line1.size(), 16);
 }
 
 void StepsTest::displayReadThreeTimesAtMost()

@@ -106,7 +106,6 @@ void MainFormTest::tabsAndTechnicianPage_data()
     QTest::newRow("Escape is Cancel") << "" << "escape" << "page";
     QTest::newRow("close box is Cancel") << "Abc" << "close" << "";
     QTest::newRow("login") << "Abc" << "OKButton abc" << "page panel4 credit logged";
-    QTest::newRow("empty login with no password") << "" << "OKButton" << "page panel4 credit logged";
     QTest::newRow("refused login") << "" << "OKButton x" << "";
     QTest::newRow("password changed") << "Abc" << "Command1" << "page panel4 logged";
     QTest::newRow("change refused") << "" << "Command1 wrong" << "panel4";
