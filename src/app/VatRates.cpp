@@ -24,7 +24,7 @@ VatRatesRead parseVatRates(const QString& answer)
 {
     VatRatesRead read;
     qsizetype pos = kAnswerHeader;
-    for (int i = 0; i < kVatRateCount && pos <= answer.size(); ++i) {
+    for (int i = 0; i < kVatRateCount; ++i) {
         const qsizetype slash = answer.indexOf(u'/', pos);
         const qsizetype end = slash < 0 ? answer.size() : slash;
         read.texts[static_cast<size_t>(i)] = answer.mid(pos, end - pos);

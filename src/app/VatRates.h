@@ -29,7 +29,8 @@ struct VatRatesRead {
 
 // The answer to "e/": from character 10 on, five "/"-closed rates. A rate
 // without its "/" takes the rest of the answer; the ones after it are empty.
-// Each rate is rounded to the nearest whole number, a half to the even one.
+// Every rate takes the value of the text read for it (0 for an empty one),
+// rounded to the nearest whole number, a half to the even one.
 VatRatesRead parseVatRates(const QString& answer);
 
 } // namespace kelm

@@ -73,7 +73,7 @@ QList<PluRow> runPluDownload(EcrLink& link, Operator& op, const QList<PluRow>& r
     return sent;
 }
 
-QList<PluRow> readPluTable(EcrLink& link, Operator& op, const Progress& progress, const std::atomic<bool>* stop)
+QList<PluRow> readPluTable(EcrLink& link, Operator& op, const PluRowRead& rowRead, const std::atomic<bool>* stop)
 {
     PanelCommand panel(link, op);
     QList<PluRow> rows;
@@ -84,7 +84,8 @@ QList<PluRow> readPluTable(EcrLink& link, Operator& op, const Progress& progress
         if (row[0].isEmpty())
             break;
         rows.append(row);
-        report(progress, n, kPluLimit);
+        if (rowRead)
+            rowRead(n, row);
     }
     return rows;
 }

@@ -35,8 +35,10 @@ QList<PluRow> runPluDownload(EcrLink& link, Operator& op, const QList<PluRow>& r
                              const Progress& progress = {}, const std::atomic<bool>* stop = nullptr);
 
 // The PLU table from the register: PLU 1, 2, … until a read fails or comes
-// back with an empty code.
-QList<PluRow> readPluTable(EcrLink& link, Operator& op, const Progress& progress = {},
+// back with an empty code. Each row goes to `rowRead` as soon as it is read,
+// with its PLU number, so that the grid grows while the user watches.
+using PluRowRead = std::function<void(int number, const PluRow& row)>;
+QList<PluRow> readPluTable(EcrLink& link, Operator& op, const PluRowRead& rowRead = {},
                            const std::atomic<bool>* stop = nullptr);
 
 } // namespace kelm::programming

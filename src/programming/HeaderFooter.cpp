@@ -57,14 +57,16 @@ QString savedLineValue(const HeaderLine& line)
     return savedIndex(line.align, printAlignmentItems()) + savedIndex(line.size, printSizeItems()) + fieldText(line.text);
 }
 
-std::optional<HeaderLine> restoredLine(const QString& value)
+RestoredLine restoredLine(const QString& value)
 {
     if (value.size() < 3)
-        return std::nullopt;
+        return {};
     const HeaderLine line{value.mid(2), digitValue(value[1]), digitValue(value[0])};
-    if (line.align >= printAlignmentItems().size() || line.size >= printSizeItems().size())
-        return std::nullopt;
-    return line;
+    if (line.align >= printAlignmentItems().size())
+        return {line, 0};
+    if (line.size >= printSizeItems().size())
+        return {line, 1};
+    return {line, 3};
 }
 
 bool saveReceiptLines(const IniFile& ini, ReceiptLines kind, const QList<HeaderLine>& lines)
@@ -75,9 +77,9 @@ bool saveReceiptLines(const IniFile& ini, ReceiptLines kind, const QList<HeaderL
     return written;
 }
 
-QList<std::optional<HeaderLine>> loadReceiptLines(const IniFile& ini, ReceiptLines kind)
+QList<RestoredLine> loadReceiptLines(const IniFile& ini, ReceiptLines kind)
 {
-    QList<std::optional<HeaderLine>> lines;
+    QList<RestoredLine> lines;
     for (qsizetype i = 0; i < lineCount(kind); ++i)
         lines.append(restoredLine(cutAtNul(ini.read(kSection, lineKey(kind, i), QString(), kReadBuffer))));
     return lines;

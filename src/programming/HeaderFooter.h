@@ -5,8 +5,6 @@
 #include <QList>
 #include <QString>
 
-#include <optional>
-
 // The receipt header (12 lines, one "H/" record) and footer (3 lines, one
 // "F/" record), and their copy in the settings file, section "Intestazioni".
 namespace kelm::programming {
@@ -38,10 +36,18 @@ QString footerRecord(const QList<HeaderLine>& lines);
 // text, with no separators ("20BAR CENTRALE").
 QString savedLineValue(const HeaderLine& line);
 
-// A saved value back into editor values. None when the value is shorter than
-// three characters (a line saved empty, a missing key) or names an index that
-// is not in its list: that line's editors are left as they are.
-std::optional<HeaderLine> restoredLine(const QString& value);
+// A saved value back into editor values, set in this order: alignment, size,
+// text. `fields` says how many of them are set: none when the value is
+// shorter than three characters (a line saved empty, a missing key); an
+// index that is not in its list stops there, and the rest of that line's
+// editors are left as they are.
+struct RestoredLine {
+    HeaderLine line;
+    int fields = 0;
+
+    friend bool operator==(const RestoredLine&, const RestoredLine&) = default;
+};
+RestoredLine restoredLine(const QString& value);
 
 // Writes every line, empty ones included, under "Head1".."Head12" or
 // "Foot1".."Foot3". Done before the record is sent, so the file keeps what
@@ -50,6 +56,6 @@ bool saveReceiptLines(const IniFile& ini, ReceiptLines kind, const QList<HeaderL
 
 // The lines kept in the settings file, in order (12 or 3 entries), each as
 // restoredLine makes it.
-QList<std::optional<HeaderLine>> loadReceiptLines(const IniFile& ini, ReceiptLines kind);
+QList<RestoredLine> loadReceiptLines(const IniFile& ini, ReceiptLines kind);
 
 } // namespace kelm::programming

@@ -41,13 +41,10 @@ PluFileLoad loadPluFile(const QByteArray& bytes)
             line += u'/';
         const QStringList cells = line.split(u'/');
         const qsizetype fields = cells.size() - 1; // the text after the last "/" is empty
-        if (fields < kLeastFields || fields > kMostFields) {
-            const auto problem = fields < kLeastFields ? PluFileLine::Problem::TooFewFields
-                                                       : PluFileLine::Problem::TooManyFields;
-            return {{}, {problem, static_cast<int>(i + 1)}};
-        }
+        if (fields < kLeastFields || fields > kMostFields)
+            load.oddLines.append(static_cast<int>(i + 1));
         PluRow row;
-        for (qsizetype c = 0; c < kPluSentColumns; ++c)
+        for (qsizetype c = 0; c < kPluSentColumns && c < fields; ++c)
             row[static_cast<size_t>(c)] = cells[c];
         load.rows.append(row);
     }

@@ -17,23 +17,17 @@ constexpr int kPluFileMaxLines = 9000;
 // written as "\" so that the line still splits into its ten cells.
 QByteArray pluFileBytes(const QList<PluRow>& rows);
 
-struct PluFileLine {
-    enum class Problem { None, TooFewFields, TooManyFields };
-    Problem problem = Problem::None;
-    int lineNumber = 0; // counted from 1, of the first bad line
-};
-
 struct PluFileLoad {
-    QList<PluRow> rows;   // columns 0..7 filled, 8 and 9 empty
-    PluFileLine error;    // Problem::None when every used line was sound
+    QList<PluRow> rows;     // columns 0..7 filled, 8 and 9 empty
+    QList<int> oddLines;    // used lines (counted from 1) with fewer than 8 or more than 10 fields
 };
 
 // Reads at most the first 9000 lines (CR LF, LF or CR ends a line). A line
-// of 15 characters or fewer is not used. A longer line gets a final "/" if it
-// has none and must then hold 8 to 10 "/"-closed fields (8 are the loaded
-// columns, 10 what the saver writes). A line with fewer or more makes the
-// whole load fail with its line number and no rows, because skipping it
-// would silently shift every following PLU to another number.
+// of 15 characters or fewer is not used; every longer one gets a final "/"
+// if it has none and becomes a row: its first eight fields fill columns
+// 0..7, missing ones stay empty, further ones are ignored. The file is never
+// refused; lines whose field count is neither the loaded 8 nor the saved 10
+// (or 9) are listed so that the user can look at them.
 PluFileLoad loadPluFile(const QByteArray& bytes);
 
 } // namespace kelm::programming

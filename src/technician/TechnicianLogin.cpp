@@ -59,4 +59,21 @@ bool technicianOpenAtStart(const PasswordStore& store)
     return store.read(kLoginApplication).trimmed().isEmpty();
 }
 
+TechnicianAccess accessAfter(LoginOutcome outcome)
+{
+    switch (outcome) {
+    case LoginOutcome::LoggedIn:
+        return {true, true, true, true};
+    case LoginOutcome::LoginRefused:
+        return {false, false, false, false};
+    case LoginOutcome::PasswordChanged:
+        return {true, true, std::nullopt, std::nullopt};
+    case LoginOutcome::ChangeRefused:
+        return {false, false, std::nullopt, std::nullopt};
+    case LoginOutcome::Cancelled:
+        break;
+    }
+    return {false, std::nullopt, false, std::nullopt};
+}
+
 } // namespace kelm::technician

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace kelm::technician {
 
 // Where the technician password lives: the per-user settings store, by
@@ -40,7 +42,23 @@ ChangeResult changePassword(PasswordStore& store, const QString& entry, const QS
                             const QString& confirmation);
 
 // No stored password (blank counts as none): the technician page is open
-// from the start.
+// from the start. The technician is not logged in for that: the payment
+// types' credit flags wait for a login.
 bool technicianOpenAtStart(const PasswordStore& store);
+
+// How the login dialog was closed. Escape and the close box are Cancel.
+enum class LoginOutcome { Cancelled, LoggedIn, LoginRefused, PasswordChanged, ChangeRefused };
+
+// What a closing of the login dialog changes on the window; what is not
+// given stays as it was. `logged` is the technician's flag; `creditFlags`
+// the Enabled state of the payment types' credit flags 1 to 8; `firmware`
+// whether status-bar panel 4 (the register's firmware) shows.
+struct TechnicianAccess {
+    bool logged = false;
+    std::optional<bool> page;
+    std::optional<bool> firmware;
+    std::optional<bool> creditFlags;
+};
+TechnicianAccess accessAfter(LoginOutcome outcome);
 
 } // namespace kelm::technician

@@ -76,8 +76,9 @@ void DlgLoginTecnico::clearNewPasswords()
 
 void DlgLoginTecnico::OKButton_Click()
 {
-    logged_ = technician::logIn(store_, txtPassword->text()) == technician::LoginResult::LoggedIn;
-    if (!logged_) {
+    const bool logged = technician::logIn(store_, txtPassword->text()) == technician::LoginResult::LoggedIn;
+    outcome_ = logged ? technician::LoginOutcome::LoggedIn : technician::LoginOutcome::LoginRefused;
+    if (!logged) {
         dialogs_.showMessage(QStringLiteral("Password Errata"), kTitle, Dialogs::Icon::Critical);
         clearNewPasswords();
     }
@@ -89,7 +90,8 @@ void DlgLoginTecnico::Command1_Click()
     using technician::ChangeResult;
     const ChangeResult result =
         technician::changePassword(store_, txtPassword->text(), txtNewPassword0->text(), txtNewPassword1->text());
-    logged_ = result == ChangeResult::Changed;
+    outcome_ = result == ChangeResult::Changed ? technician::LoginOutcome::PasswordChanged
+                                               : technician::LoginOutcome::ChangeRefused;
     if (result == ChangeResult::WrongCurrentPassword) {
         dialogs_.showMessage(QStringLiteral("Password corrente errata"), kTitle, Dialogs::Icon::Critical);
     } else if (result == ChangeResult::NewPasswordsDiffer) {
@@ -101,8 +103,8 @@ void DlgLoginTecnico::Command1_Click()
 
 void DlgLoginTecnico::CancelButton_Click()
 {
-    logged_ = false;
-    reject();
+    outcome_ = technician::LoginOutcome::Cancelled;
+    QDialog::reject();
 }
 
 } // namespace kelm::ui

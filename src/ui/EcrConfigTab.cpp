@@ -218,11 +218,15 @@ void EcrConfigTab::cmdReadPLU_Click()
     jobs_.run(
         this,
         [page, stop = newPluStop()](EcrLink& link, Operator& op) {
-            const auto progress = [page](int done, int) {
-                LineJobs::onUiThread(page, [page, done] { if (page) page->setProgress(done); });
+            const auto rowRead = [page](int number, const PluRow& row) {
+                LineJobs::onUiThread(page, [page, number, row] {
+                    if (!page)
+                        return;
+                    page->appendRows({row});
+                    page->setProgress(number);
+                });
             };
-            const QList<PluRow> rows = readPluTable(link, op, progress, stop.get());
-            LineJobs::onUiThread(page, [page, rows] { if (page) page->setRows(rows); });
+            readPluTable(link, op, rowRead, stop.get());
         },
         [this] { plu_->operationEnded(); });
 }

@@ -38,7 +38,7 @@ void FrmCliente::CmdChiude_Click(int index)
         entry.Righe[static_cast<size_t>(i)] = TxtRiga[i]->text();
     const std::optional<CustomerBox> missing = customerButton(documents_, index, entry);
     if (!missing) {
-        index == kAcceptButton ? accept() : reject();
+        index == kAcceptButton ? accept() : QDialog::reject();
         return;
     }
     // No message: the first box still to be filled gets the focus.

@@ -15,6 +15,8 @@ class FrmCliente final : public QDialog {
 public:
     explicit FrmCliente(technician::FiscalDocuments& documents, QWidget* parent = nullptr);
     void CmdChiude_Click(int index);
+    // Escape and the close box are the form's "ANNULLA".
+    void reject() override { CmdChiude_Click(0); }
 
 private:
     technician::FiscalDocuments& documents_;

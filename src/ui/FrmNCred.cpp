@@ -30,7 +30,7 @@ FrmNCred::FrmNCred(FiscalDocuments& documents, QWidget* parent)
 void FrmNCred::CmdChiude_Click(int index)
 {
     creditNoteButton(documents_, index, TxtPratica->text(), TxtRifer->text());
-    index == kAcceptButton ? accept() : reject();
+    index == kAcceptButton ? accept() : QDialog::reject();
 }
 
 } // namespace kelm::ui

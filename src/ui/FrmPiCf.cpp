@@ -24,7 +24,7 @@ FrmPiCf::FrmPiCf(FiscalDocuments& documents, Dialogs& dialogs, QWidget* parent)
 void FrmPiCf::CmdChiude_Click(int index)
 {
     if (piCfButton(documents_, index, TxtPiCf->text()) == PiCfOutcome::Closes) {
-        accept();
+        index == kAcceptButton ? accept() : QDialog::reject();
         return;
     }
     dialogs_.showMessage(kPiCfWrong, kDocumentMessageTitle, Dialogs::Icon::Critical);

@@ -16,6 +16,8 @@ class FrmPiCf final : public QDialog {
 public:
     FrmPiCf(technician::FiscalDocuments& documents, Dialogs& dialogs, QWidget* parent = nullptr);
     void CmdChiude_Click(int index);
+    // Escape and the close box are the form's "ANNULLA".
+    void reject() override { CmdChiude_Click(0); }
 
 private:
     technician::FiscalDocuments& documents_;

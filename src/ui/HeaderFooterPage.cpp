@@ -104,15 +104,17 @@ QList<HeaderLine> HeaderFooterPage::lines(ReceiptLines kind) const
     return out;
 }
 
-void HeaderFooterPage::restore(ReceiptLines kind, const QList<std::optional<HeaderLine>>& lines)
+void HeaderFooterPage::restore(ReceiptLines kind, const QList<programming::RestoredLine>& lines)
 {
     const QList<LineEditors>& editors = kind == ReceiptLines::Header ? header_ : footer_;
     for (qsizetype i = 0; i < qMin(editors.size(), lines.size()); ++i) {
-        if (!lines[i])
-            continue;
-        editors[i].text->setText(lines[i]->text);
-        editors[i].size->setCurrentIndex(lines[i]->size);
-        editors[i].align->setCurrentIndex(lines[i]->align);
+        const programming::RestoredLine& r = lines[i];
+        if (r.fields > 0)
+            editors[i].align->setCurrentIndex(r.line.align);
+        if (r.fields > 1)
+            editors[i].size->setCurrentIndex(r.line.size);
+        if (r.fields > 2)
+            editors[i].text->setText(r.line.text);
     }
 }
 

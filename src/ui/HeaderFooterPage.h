@@ -19,7 +19,7 @@ public:
 
     QList<programming::HeaderLine> lines(programming::ReceiptLines kind) const;
     // Lines that come back as none keep their editors as they are.
-    void restore(programming::ReceiptLines kind, const QList<std::optional<programming::HeaderLine>>& lines);
+    void restore(programming::ReceiptLines kind, const QList<programming::RestoredLine>& lines);
 
 Q_SIGNALS:
     void downloadRequested(int index); // cmdSetParametri 0 and 1

@@ -59,7 +59,7 @@ MainForm::MainForm(Options options, Dialogs* dialogs, technician::PasswordStore*
     SSTabPrimaria->addTab(configTab_, QStringLiteral("Configuraz. &PC"));
     auto* ecrTab = new EcrConfigTab(*session_, operator_, dialogs_, options_.programFolder);
     SSTabPrimaria->addTab(ecrTab, QStringLiteral("&Configuraz. ECR"));
-    connect(this, &MainForm::technicianChanged, ecrTab, &EcrConfigTab::setTechnician);
+    connect(this, &MainForm::technicianControlsEnabled, ecrTab, &EcrConfigTab::setTechnician);
     auto* keyboard = new UsoEcrPage;
     auto* technicianPage = new TechnicianPage;
     SSTabPrimaria->addTab(keyboard, QStringLiteral("Uso come &ECR"));
@@ -141,7 +141,7 @@ void MainForm::buildTray()
 bool MainForm::start()
 {
     // With no technician password the technician page is open at once.
-    setTechnician(technician::technicianOpenAtStart(passwords_));
+    SSTabPrimaria->setTabEnabled(kTechnicianPage, technician::technicianOpenAtStart(passwords_));
     const QList<technician::ModelInfo> models = technician::setupModelli();
     configTab_->setModels(models);
 
@@ -203,12 +203,15 @@ void MainForm::setPanel(int panel, const QString& text)
         panels_[panel - 1]->setText(text);
 }
 
-void MainForm::setTechnician(bool logged)
+void MainForm::setTechnicianAccess(const technician::TechnicianAccess& access)
 {
-    technicianLogged_ = logged;
-    SSTabPrimaria->setTabEnabled(kTechnicianPage, logged);
-    panels_[3]->setVisible(logged);
-    Q_EMIT technicianChanged(logged);
+    technicianLogged_ = access.logged;
+    if (access.page)
+        SSTabPrimaria->setTabEnabled(kTechnicianPage, *access.page);
+    if (access.firmware)
+        panels_[3]->setVisible(*access.firmware);
+    if (access.creditFlags)
+        Q_EMIT technicianControlsEnabled(*access.creditFlags);
 }
 
 void MainForm::saveConfiguration()
@@ -225,7 +228,7 @@ void MainForm::mnuFileTecnico_Click()
 {
     DlgLoginTecnico dialog(passwords_, dialogs_, this);
     dialog.exec();
-    setTechnician(dialog.technicianLogged());
+    setTechnicianAccess(technician::accessAfter(dialog.outcome()));
 }
 
 void MainForm::mnuFileExit_Click()

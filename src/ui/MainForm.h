@@ -52,8 +52,9 @@ public:
     static QString caption();
 
 Q_SIGNALS:
-    // The technician logged in or out; tabs with technician-only controls follow it.
-    void technicianChanged(bool logged);
+    // The technician-only controls of the tabs (the payment types' credit
+    // flags) are switched on or off.
+    void technicianControlsEnabled(bool enabled);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -63,7 +64,7 @@ private:
     void buildMenus();
     void buildTray();
     void setPanel(int panel, const QString& text);
-    void setTechnician(bool logged);
+    void setTechnicianAccess(const technician::TechnicianAccess& access);
     void saveConfiguration();
     void showVirtualEcr();
     void showInStartMode(const QString& mode);

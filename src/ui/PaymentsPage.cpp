@@ -49,6 +49,8 @@ PaymentsPage::PaymentsPage(QWidget* parent) : QWidget(parent)
             row.flags[f] = named<QCheckBox>(indexed(QString::fromLatin1(kFlagNames[f]), i));
         row.rate = named<QLineEdit>(indexed(QStringLiteral("txtPagTasso"), i));
         row.markUp = named<QLineEdit>(indexed(QStringLiteral("txtPagMarkUp"), i));
+        makeSlashSafe(row.rate);
+        makeSlashSafe(row.markUp);
         row.change = named<QLineEdit>(indexed(QStringLiteral("txtPagChange"), i));
         row.change->setReadOnly(true);
         const int r = i + 1;

@@ -7,7 +7,6 @@
 
 namespace kelm::ui {
 
-using programming::PluFileLine;
 using programming::PluRow;
 
 namespace {
@@ -26,13 +25,18 @@ void refuse(Dialogs& dialogs, const QString& text)
     dialogs.showMessage(text, kTitle, Dialogs::Icon::Critical);
 }
 
-QString badLineText(const PluFileLine& bad)
+QString oddLinesText(const QList<int>& lines)
 {
-    const QString what = bad.problem == PluFileLine::Problem::TooFewFields
-        ? QStringLiteral("meno di %1 campi").arg(programming::kPluSentColumns)
-        : QStringLiteral("più di %1 campi").arg(programming::kPluColumns);
-    return QStringLiteral("Riga %1 del file PLU: %2.").arg(bad.lineNumber).arg(what) + kCrLf
-        + QStringLiteral("Nessuna PLU caricata");
+    constexpr qsizetype kListed = 20;
+    QStringList numbers;
+    for (qsizetype i = 0; i < lines.size() && i < kListed; ++i)
+        numbers << QString::number(lines[i]);
+    if (lines.size() > kListed)
+        numbers << QStringLiteral("…");
+    return QStringLiteral("Righe del file PLU con meno di %1 o più di %2 campi, caricate comunque: ")
+               .arg(programming::kPluSentColumns)
+               .arg(programming::kPluColumns)
+        + numbers.join(QStringLiteral(", "));
 }
 
 } // namespace
@@ -51,26 +55,22 @@ void savePluRows(Dialogs& dialogs, const QString& programFolder, const QList<Plu
         refuse(dialogs, QStringLiteral("Impossibile scrivere il file PLU") + kCrLf + file.errorString());
 }
 
-std::optional<QList<PluRow>> loadPluRows(Dialogs& dialogs, const QString& programFolder)
+void loadPluRows(Dialogs& dialogs, const QString& programFolder,
+                 const std::function<void(const QList<PluRow>&)>& append)
 {
-    const QString name = askFileName(dialogs, programFolder);
-    if (name.isEmpty())
-        return std::nullopt;
-    QFile file(name);
-    if (!file.exists()) {
+    QFile file(askFileName(dialogs, programFolder));
+    if (file.fileName().isEmpty() || !file.exists()) {
         refuse(dialogs, QStringLiteral("File Inesistente"));
-        return std::nullopt;
+        return;
     }
     if (!file.open(QIODevice::ReadOnly)) {
         refuse(dialogs, QStringLiteral("Impossibile leggere il file PLU") + kCrLf + file.errorString());
-        return std::nullopt;
+        return;
     }
     const programming::PluFileLoad load = programming::loadPluFile(file.readAll());
-    if (load.error.problem != PluFileLine::Problem::None) {
-        refuse(dialogs, badLineText(load.error));
-        return std::nullopt;
-    }
-    return load.rows;
+    append(load.rows);
+    if (!load.oddLines.isEmpty())
+        dialogs.showMessage(oddLinesText(load.oddLines), kTitle, Dialogs::Icon::Information);
 }
 
 } // namespace kelm::ui

@@ -5,7 +5,7 @@
 #include <QList>
 #include <QString>
 
-#include <optional>
+#include <functional>
 
 // The PLU text file behind the buttons of the PLU page: its name is asked
 // first, proposing "plu.txt" in the program's folder; every refusal is told
@@ -17,8 +17,10 @@ class Dialogs;
 // Writes the rows into a new file; an existing file is never overwritten.
 void savePluRows(Dialogs& dialogs, const QString& programFolder, const QList<programming::PluRow>& rows);
 
-// The rows of a PLU file, or nothing when the user cancels or the file is
-// missing, unreadable or has a line that would put PLUs on wrong numbers.
-std::optional<QList<programming::PluRow>> loadPluRows(Dialogs& dialogs, const QString& programFolder);
+// The rows of a PLU file go to `append`, unless the file is missing (an
+// empty name included) or unreadable. Lines whose field count looks odd are
+// loaded all the same and listed in a note afterwards.
+void loadPluRows(Dialogs& dialogs, const QString& programFolder,
+                 const std::function<void(const QList<programming::PluRow>&)>& append);
 
 } // namespace kelm::ui

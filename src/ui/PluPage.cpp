@@ -1,5 +1,7 @@
 #include "ui/PluPage.h"
 
+#include "ui/EditorRules.h"
+
 #include "ui/PluFileCommands.h"
 #include "ui/Widgets.h"
 
@@ -30,6 +32,7 @@ PluPage::PluPage(Dialogs& dialogs, const QString& programFolder, QWidget* parent
     fgPLU->setHorizontalHeaderLabels(programming::pluColumnHeadings());
     fgPLU->setColumnWidth(0, kCodeColumnWidth);
     fgPLU->setColumnWidth(1, kDescriptionColumnWidth);
+    makeSlashSafe(fgPLU);
 
     auto* read = namedButton(QStringLiteral("cmdReadPLU"), QStringLiteral("Leggi PLU"));
     auto* clear = namedButton(QStringLiteral("cmdCancellaPLU"), QStringLiteral("Cancella"));
@@ -156,8 +159,7 @@ void PluPage::cmdPLUSalvaFile_Click()
 
 void PluPage::cmdPLULeggiFile_Click()
 {
-    if (const auto loaded = loadPluRows(dialogs_, programFolder_))
-        appendRows(*loaded);
+    loadPluRows(dialogs_, programFolder_, [this](const QList<programming::PluRow>& rows) { appendRows(rows); });
 }
 
 } // namespace kelm::ui

@@ -23,8 +23,7 @@ QList<QLineEdit*> editRow(const QString& name, qsizetype count, bool digits, QHB
     QList<QLineEdit*> edits;
     for (int i = 0; i < count; ++i) {
         auto* e = named<QLineEdit>(indexed(name, i));
-        if (digits)
-            makeDigitsOnly(e);
+        digits ? makeDigitsOnly(e) : makeSlashSafe(e);
         e->setMaximumWidth(90);
         layout->addWidget(e);
         edits.append(e);
@@ -62,6 +61,7 @@ SParametersPage::SParametersPage(QWidget* parent)
     form->addRow(QStringLiteral("Massimi"), maxRow);
     makeDigitsOnly(txtIdECR);
     makeSlashSafe(txtNameECR);
+    makeSlashSafe(txtPRTIntensity);
     makeDigitsOnly(txtPayRateCode);
     form->addRow(QStringLiteral("Numero cassa"), txtIdECR);
     form->addRow(QStringLiteral("Nome cassa"), txtNameECR);

@@ -15,17 +15,63 @@
 #include "ui/UsoEcrPage.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QPointer>
 
 namespace kelm::ui {
 
 using namespace technician;
 
-TechnicianFunctions::TechnicianFunctions(service::DriverSession& session, Operator& op, Dialogs& dialogs,
+namespace {
+
+// The document forms on the window, for the worker: each is shown modally
+// on the UI thread while the worker waits. Once the window is closing a
+// form is not shown and counts as cancelled.
+class WindowForms final : public DocumentForms {
+public:
+    WindowForms(WindowOperator& op, Dialogs& dialogs, QWidget* parent) : op_(op), dialogs_(dialogs), parent_(parent) {}
+
+    void customer(FiscalDocuments& documents) override
+    {
+        if (!show([&] { return std::make_unique<FrmCliente>(documents, parent_); }))
+            customerButton(documents, 0, {});
+    }
+    void creditNote(FiscalDocuments& documents) override
+    {
+        if (!show([&] { return std::make_unique<FrmNCred>(documents, parent_); }))
+            creditNoteButton(documents, 0, QString(), QString());
+    }
+    void piCf(FiscalDocuments& documents) override
+    {
+        if (!show([&] { return std::make_unique<FrmPiCf>(documents, dialogs_, parent_); }))
+            piCfButton(documents, 0, QString());
+    }
+
+private:
+    template <typename MakeForm>
+    bool show(MakeForm make)
+    {
+        return op_.converse([&] {
+            // The hourglass of the running press is not the form's.
+            QGuiApplication::setOverrideCursor(QCursor(Qt::ArrowCursor));
+            make()->exec();
+            QGuiApplication::restoreOverrideCursor();
+        });
+    }
+
+    WindowOperator& op_;
+    Dialogs& dialogs_;
+    QWidget* parent_;
+};
+
+} // namespace
+
+TechnicianFunctions::TechnicianFunctions(service::DriverSession& session, WindowOperator& op, Dialogs& dialogs,
                                          UsoEcrPage* keyboard, TechnicianPage* technician, CurrentConfig config,
                                          QWidget* dialogParent)
     : QObject(dialogParent), jobs_(session, op), dialogs_(dialogs), keyboard_(keyboard), technician_(technician),
-      config_(std::move(config)), dialogParent_(dialogParent)
+      config_(std::move(config)), dialogParent_(dialogParent),
+      forms_(std::make_shared<WindowForms>(op, dialogs, dialogParent))
 {
     connect(keyboard_, &UsoEcrPage::cmdECR_Click, this, &TechnicianFunctions::cmdECR_Click);
     connect(keyboard_, &UsoEcrPage::CmdFat_Click, this, &TechnicianFunctions::CmdFat_Click);
@@ -47,11 +93,17 @@ TechnicianFunctions::TechnicianFunctions(service::DriverSession& session, Operat
 
 void TechnicianFunctions::run(ExchangeSteps steps, Display display, AfterSteps after)
 {
+    run([steps = std::move(steps)](EcrLink& link, Operator& op) { return runSteps(link, op, steps); }, display,
+        std::move(after));
+}
+
+void TechnicianFunctions::run(StepsJob job, Display display, AfterSteps after)
+{
     auto outcome = std::make_shared<StepOutcome>();
     QPointer<UsoEcrPage> keyboard = keyboard_;
     QPointer<TechnicianPage> technician = technician_;
     jobs_.run(
-        this, [steps = std::move(steps), outcome](EcrLink& link, Operator& op) { *outcome = runSteps(link, op, steps); },
+        this, [job = std::move(job), outcome](EcrLink& link, Operator& op) { *outcome = job(link, op); },
         [outcome, display, keyboard, technician, after = std::move(after)] {
             if (outcome->display) {
                 if (display == Display::Keyboard && keyboard)
@@ -64,17 +116,18 @@ void TechnicianFunctions::run(ExchangeSteps steps, Display display, AfterSteps a
         });
 }
 
-void TechnicianFunctions::showMessages(const QStringList& messages)
+void TechnicianFunctions::document(
+    std::function<void(DocumentDesk&, EcrLink&, Operator&, DocumentForms&)> f)
 {
-    for (const QString& m : messages)
-        dialogs_.showMessage(m, kDocumentMessageTitle, Dialogs::Icon::Information);
+    jobs_.run(this, [f = std::move(f), desk = desk_, forms = forms_](EcrLink& link, Operator& op) {
+        f(*desk, link, op, *forms);
+    });
 }
 
 void TechnicianFunctions::cmdECR_Click(int index)
 {
-    // The steps are taken now, in the order of the presses; the cash key
-    // also ends a pending document here, before the next press is taken.
-    run(keyPressSteps(index, documents_), Display::Keyboard);
+    run([desk = desk_, index](EcrLink& link, Operator& op) { return desk->keyPress(link, op, index); },
+        Display::Keyboard);
 }
 
 void TechnicianFunctions::cmdVirtKBD_Click(int code)
@@ -137,34 +190,23 @@ void TechnicianFunctions::cmdTechFile_Click()
 
 void TechnicianFunctions::CmdFat_Click()
 {
-    const DocumentStart start = startInvoice(documents_, keyboard_->displayLine1());
-    showMessages(start.messages);
-    if (!start.showForm)
-        return;
-    FrmCliente form(documents_, dialogParent_);
-    form.exec();
-    if (!documents_.CustomerSet)
-        return;
-    run(invoiceOpeningSteps(documents_), Display::None,
-        [this](const StepOutcome& outcome) { invoiceOpened(documents_, outcome.lastResult); });
+    document([](DocumentDesk& desk, EcrLink& link, Operator& op, DocumentForms& forms) {
+        desk.invoice(link, op, forms);
+    });
 }
 
 void TechnicianFunctions::CmdNotaCredito_Click()
 {
-    const DocumentStart start = startCreditNote(documents_, keyboard_->displayLine1());
-    showMessages(start.messages);
-    if (!start.showForm)
-        return;
-    FrmNCred form(documents_, dialogParent_);
-    form.exec();
-    run(creditNoteOpeningSteps(documents_), Display::None);
+    document([](DocumentDesk& desk, EcrLink& link, Operator& op, DocumentForms& forms) {
+        desk.creditNote(link, op, forms);
+    });
 }
 
 void TechnicianFunctions::CmdCfPi_Click()
 {
-    FrmPiCf form(documents_, dialogs_, dialogParent_);
-    form.exec();
-    run(piCfSteps(documents_), Display::None);
+    document([](DocumentDesk& desk, EcrLink& link, Operator& op, DocumentForms& forms) {
+        desk.piCf(link, op, forms);
+    });
 }
 
 void TechnicianFunctions::cmdChiusuraGIornaliera_Click()

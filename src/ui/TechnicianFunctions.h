@@ -1,14 +1,16 @@
 #pragma once
 
 #include "app/Configuration.h"
-#include "technician/FiscalDocuments.h"
+#include "technician/DocumentDesk.h"
 #include "technician/StepRunner.h"
 #include "ui/Dialogs.h"
 #include "ui/LineJobs.h"
+#include "ui/WindowOperator.h"
 
 #include <QObject>
 
 #include <functional>
+#include <memory>
 
 namespace kelm::ui {
 
@@ -17,15 +19,16 @@ class UsoEcrPage;
 
 // What the keyboard page and the technician page do: key presses, the
 // console, fiscal documents, closures, the journal and the test receipts.
-// It keeps the document state between the forms and the cash key; every
-// exchange goes to the line's worker, presses in the order they were made.
+// Every press goes to the line's worker in the order it was made; the
+// document state lives there (DocumentDesk), and the document forms are
+// shown when their press has its turn.
 class TechnicianFunctions final : public QObject {
     Q_OBJECT
 
 public:
     using CurrentConfig = std::function<ConfigPC()>;
 
-    TechnicianFunctions(service::DriverSession& session, Operator& op, Dialogs& dialogs, UsoEcrPage* keyboard,
+    TechnicianFunctions(service::DriverSession& session, WindowOperator& op, Dialogs& dialogs, UsoEcrPage* keyboard,
                         TechnicianPage* technician, CurrentConfig config, QWidget* dialogParent);
 
     void cmdECR_Click(int index);
@@ -42,13 +45,14 @@ public:
     void cmdDGFE_Click(int index);
     void cmdDemoTicket_Click(int index);
 
-    const technician::FiscalDocuments& documents() const { return documents_; }
-
 private:
     enum class Display { None, Keyboard, Technician };
     using AfterSteps = std::function<void(const technician::StepOutcome&)>;
+    using StepsJob = std::function<technician::StepOutcome(EcrLink&, Operator&)>;
     void run(technician::ExchangeSteps steps, Display display, AfterSteps after = {});
-    void showMessages(const QStringList& messages);
+    void run(StepsJob job, Display display, AfterSteps after = {});
+    // A document press: `f` runs on the worker with the desk and the forms.
+    void document(std::function<void(technician::DocumentDesk&, EcrLink&, Operator&, technician::DocumentForms&)> f);
 
     LineJobs jobs_;
     Dialogs& dialogs_;
@@ -56,7 +60,9 @@ private:
     TechnicianPage* technician_;
     CurrentConfig config_;
     QWidget* dialogParent_;
-    technician::FiscalDocuments documents_;
+    // Touched on the worker only, by the jobs this object posts.
+    std::shared_ptr<technician::DocumentDesk> desk_ = std::make_shared<technician::DocumentDesk>();
+    std::shared_ptr<technician::DocumentForms> forms_;
 };
 
 } // namespace kelm::ui

@@ -89,9 +89,4 @@ void UsoEcrPage::setDisplay(const QString& line1, const QString& line2)
     LblDisp1_1->setText(line2);
 }
 
-QString UsoEcrPage::displayLine1() const
-{
-    return LblDisp1_0->text();
-}
-
 } // namespace kelm::ui

@@ -15,7 +15,6 @@ public:
     explicit UsoEcrPage(QWidget* parent = nullptr);
 
     void setDisplay(const QString& line1, const QString& line2);
-    QString displayLine1() const;
 
 Q_SIGNALS:
     void cmdECR_Click(int index);

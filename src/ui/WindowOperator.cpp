@@ -20,20 +20,24 @@ void WindowOperator::setPanel(int panel, const QString& text)
     Q_EMIT panelChanged(panel, text);
 }
 
-void WindowOperator::showMessage(const QString& text, const QString& title, Icon icon)
+bool WindowOperator::converse(const std::function<void()>& f)
 {
     if (closing_)
-        return;
-    onUiThread([&] { dialogs_.showMessage(text, title, icon); });
+        return false;
+    onUiThread(f);
+    return true;
+}
+
+void WindowOperator::showMessage(const QString& text, const QString& title, Icon icon)
+{
+    converse([&] { dialogs_.showMessage(text, title, icon); });
 }
 
 Operator::Button WindowOperator::ask(const QString& text, const QString& title, Icon icon,
                                      const QList<Button>& buttons, Button defaultButton)
 {
-    if (closing_)
-        return defaultButton;
     Button answer = defaultButton;
-    onUiThread([&] { answer = dialogs_.ask(text, title, icon, buttons, defaultButton); });
+    converse([&] { answer = dialogs_.ask(text, title, icon, buttons, defaultButton); });
     return answer;
 }
 

@@ -6,6 +6,7 @@
 #include <QObject>
 
 #include <atomic>
+#include <functional>
 
 namespace kelm::ui {
 
@@ -26,6 +27,10 @@ public:
                Button defaultButton) override;
     void addRunTimeEntry(const QString& entry) override;
     void queueChanged(const QStringList& lines) override;
+
+    // Runs `f` on the UI thread while the worker waits (a form, a question);
+    // false, with nothing run, once the window is closing.
+    bool converse(const std::function<void()>& f);
 
     // From now on the worker gets default answers at once: the window is
     // closing and waits for the worker, which must not wait for the window.

@@ -93,29 +93,28 @@ void TestHeader::footerRecord()
 void TestHeader::restoredLine_data()
 {
     QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("restored");
+    QTest::addColumn<int>("fields"); // set in order: alignment, size, text
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("size");
     QTest::addColumn<int>("align");
 
-    QTest::newRow("centred, normal") << "20BAR CENTRALE" << true << "BAR CENTRALE" << 0 << 2;
-    QTest::newRow("right, double both") << "13X" << true << "X" << 3 << 1;
-    QTest::newRow("saved empty") << "00" << false << "" << 0 << 0;
-    QTest::newRow("alignment out of list") << "30ABC" << false << "" << 0 << 0;
-    QTest::newRow("size out of list") << "04ABC" << false << "" << 0 << 0;
-    QTest::newRow("non-digit reads 0") << "x1ABC" << true << "ABC" << 1 << 0;
+    QTest::newRow("centred, normal") << "20BAR CENTRALE" << 3 << "BAR CENTRALE" << 0 << 2;
+    QTest::newRow("right, double both") << "13X" << 3 << "X" << 3 << 1;
+    QTest::newRow("saved empty") << "00" << 0 << "" << 0 << 0;
+    QTest::newRow("alignment out of list") << "30ABC" << 0 << "ABC" << 0 << 3;
+    QTest::newRow("size out of list: alignment only") << "14ABC" << 1 << "ABC" << 4 << 1;
+    QTest::newRow("non-digit reads 0") << "x1ABC" << 3 << "ABC" << 1 << 0;
 }
 
 void TestHeader::restoredLine()
 {
     QFETCH(QString, value);
-    QFETCH(bool, restored);
-    const std::optional<HeaderLine> line = kelm::programming::restoredLine(value);
-    QCOMPARE(line.has_value(), restored);
-    if (restored) {
-        QTEST(line->text, "text");
-        QTEST(line->size, "size");
-        QTEST(line->align, "align");
+    const kelm::programming::RestoredLine r = kelm::programming::restoredLine(value);
+    QTEST(r.fields, "fields");
+    if (r.fields > 0) {
+        QTEST(r.line.text, "text");
+        QTEST(r.line.size, "size");
+        QTEST(r.line.align, "align");
     }
 }
 
@@ -137,11 +136,11 @@ void TestHeader::settingsFileRoundTrip()
     QCOMPARE(ini.read("Intestazioni", "Foot3", "-", 256), QStringLiteral("11CIAO"));
 
     const auto loaded = loadReceiptLines(ini, ReceiptLines::Header);
-    QCOMPARE(loaded[0], std::optional(HeaderLine{QStringLiteral("BAR CENTRALE"), 0, 2}));
-    QVERIFY(!loaded[1].has_value());
-    QCOMPARE(loaded[11], std::optional(HeaderLine{QStringLiteral("VIA ROMA 1\\A"), 3, 0}));
+    QCOMPARE(loaded[0].line, (HeaderLine{QStringLiteral("BAR CENTRALE"), 0, 2}));
+    QCOMPARE(loaded[1].fields, 0);
+    QCOMPARE(loaded[11].line, (HeaderLine{QStringLiteral("VIA ROMA 1\\A"), 3, 0}));
     const auto footerLoaded = loadReceiptLines(ini, ReceiptLines::Footer);
-    QCOMPARE(footerLoaded[2], std::optional(HeaderLine{QStringLiteral("CIAO"), 1, 1}));
+    QCOMPARE(footerLoaded[2], (kelm::programming::RestoredLine{{QStringLiteral("CIAO"), 1, 1}, 3}));
 }
 
 QTEST_APPLESS_MAIN(TestHeader)

@@ -92,8 +92,14 @@ void JobsTest::pluReadBackGivesWhatWasSent()
 {
     Register ecr;
     const QList<PluRow> sent = runPluDownload(ecr.link, ecr.op, plus(1, 5));
-    const QList<PluRow> read = readPluTable(ecr.link, ecr.op);
+    QStringList lastAsked; // the record just carried out as each row comes in: rows come as they are read
+    const QList<PluRow> read = readPluTable(ecr.link, ecr.op, [&](int n, const PluRow& row) {
+        lastAsked << QString::fromLatin1(ecr.ecr.journal().last()) + QString::number(n) + row[0];
+    });
     QCOMPARE(read.size(), 5);
+    QCOMPARE(lastAsked.size(), 5);
+    for (int i = 0; i < 5; ++i)
+        QCOMPARE(lastAsked[i], QStringLiteral("p/%1/%1").arg(i + 1) + sent[i][0]);
     for (int i = 0; i < 5; ++i)
         for (int c = 0; c < 8; ++c)
             QCOMPARE(read[i][c], sent[i][c]);

@@ -4,6 +4,8 @@
 #include "programming/PaymentTypes.h"
 #include "programming/VatRateRecord.h"
 
+#include "app/VatRates.h"
+
 #include <QTest>
 
 using namespace kelm::programming;
@@ -25,6 +27,8 @@ class TestTables : public QObject {
 
 private Q_SLOTS:
     void vatRatesRecord();
+    void parseVatRates_data();
+    void parseVatRates();
     void departmentRecord_data();
     void departmentRecord();
     void parseDepartment_data();
@@ -39,6 +43,26 @@ void TestTables::vatRatesRecord()
 {
     QCOMPARE(kelm::programming::vatRatesRecord({"4.00", " 10.00 ", "22.00", "0.00", ""}),
              QStringLiteral("b/4.00/10.00/22.00/0.00//"));
+}
+
+void TestTables::parseVatRates_data()
+{
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<QStringList>("texts");
+    QTest::addColumn<QList<int>>("table"); // entries 0..5
+    QTest::newRow("five rates") << "00/00/01/4.00/10.50/22.00/0.00/11.5/" << QStringList{"4.00", "10.50", "22.00", "0.00", "11.5"}
+                                << QList<int>{4, 10, 22, 0, 12, -1};
+    QTest::newRow("short answer: every rate its text") << "00/00/01/4.00/22" << QStringList{"4.00", "22", "", "", ""}
+                                                       << QList<int>{4, 22, 0, 0, 0, -1};
+    QTest::newRow("header only") << "00/00/01/" << QStringList{"", "", "", "", ""} << QList<int>{0, 0, 0, 0, 0, -1};
+}
+
+void TestTables::parseVatRates()
+{
+    QFETCH(QString, answer);
+    const kelm::VatRatesRead read = kelm::parseVatRates(answer);
+    QTEST(QStringList(read.texts.begin(), read.texts.end()), "texts");
+    QTEST(QList<int>(read.table.begin(), read.table.begin() + 6), "table");
 }
 
 void TestTables::departmentRecord_data()

@@ -23,10 +23,8 @@ private slots:
     void keyFilter();
     void start_data();
     void start();
-    void invoiceRecords_data();
-    void invoiceRecords();
-    void invoiceCompletion();
-    void creditNoteCompletion();
+    void completion_data();
+    void completion();
 };
 
 namespace {
@@ -236,85 +234,46 @@ void TestDocuments::start()
     QTEST(start.showForm, "showForm");
 }
 
-void TestDocuments::invoiceRecords_data()
+void TestDocuments::completion_data()
 {
-    QTest::addColumn<int>("result");
-    QTest::addColumn<QString>("piRecord");
-    QTest::addColumn<QString>("customerRecord");
+    QTest::addColumn<bool>("invoice"); // else a credit note
+    QTest::addColumn<int>("opened");   // the result of the invoice's opening
+    QTest::addColumn<QStringList>("steps");
 
-    QTest::newRow("opened") << 0 << QStringLiteral("'/1/01234567897/1111111111111111/")
-                            << QStringLiteral("j/ROSSI SRL/VIA ROMA 1/00100 ROMA///////0/");
-    QTest::newRow("refused by the register") << 26 << QString() << QString();
-    QTest::newRow("link failure") << 1004 << QString() << QString();
-}
-
-void TestDocuments::invoiceRecords()
-{
-    QFETCH(int, result);
-    FiscalDocuments documents;
-    customerButton(documents, kOk, threeLineCustomer());
-
-    QCOMPARE(stepTexts(invoiceOpeningSteps(documents)),
-             QStringList{QStringLiteral("panel 3/F/OPENFAT//0/0/0/0/")});
-    invoiceOpened(documents, result);
-
-    QTEST(documents.InvoicePiRecord, "piRecord");
-    QTEST(documents.InvoiceCustomerRecord, "customerRecord");
-    QVERIFY(documents.CustomerSet);
-}
-
-void TestDocuments::invoiceCompletion()
-{
-    FiscalDocuments documents;
-    customerButton(documents, kOk, threeLineCustomer());
-    invoiceOpeningSteps(documents);
-    invoiceOpened(documents, 0);
-
-    // The cash key itself is not sent: the payment record closes the invoice.
-    const QStringList expected = {
-        QStringLiteral("pause 100"),
-        QStringLiteral("clear"),
-        QStringLiteral("panel '/1/01234567897/1111111111111111/"),
-        QStringLiteral("pause 100"),
-        QStringLiteral("clear"),
-        QStringLiteral("panel j/ROSSI SRL/VIA ROMA 1/00100 ROMA///////0/"),
-        QStringLiteral("pause 100"),
-        QStringLiteral("pause 100"),
-        QStringLiteral("send 5/1/0////"),
-        QStringLiteral("pause 200"),
-        QStringLiteral("send (/"),
-        QStringLiteral("display"),
+    // An invoice is paid by its own record: the cash key itself is not sent.
+    const auto invoice = [](const QString& pi, const QString& customer) {
+        return QStringList{"pause 100", "clear", "panel " + pi, "pause 100", "clear", "panel " + customer,
+                           "pause 100", "pause 100", "send 5/1/0////", "pause 200", "send (/", "display"};
     };
-    QCOMPARE(stepTexts(keyPressSteps(kCashKeyIndex, documents)), expected);
+    QTest::newRow("invoice") << true << 0
+                             << invoice("'/1/01234567897/1111111111111111/",
+                                        "j/ROSSI SRL/VIA ROMA 1/00100 ROMA///////0/");
+    QTest::newRow("invoice not opened: empty records") << true << 26 << invoice("", "");
+    QTest::newRow("refused by the link") << true << 1004 << invoice("", "");
+    // A credit note sends the cash key twice.
+    QTest::newRow("credit note") << false << 0
+                                 << keyWords(90)
+            + QStringList{"pause 100", "clear", "panel 7/1/1/rif.sco.123/", "pause 100", "send )/90/", "pause 200",
+                          "clear", "send (/", "display"};
+}
+
+void TestDocuments::completion()
+{
+    QFETCH(bool, invoice);
+    QFETCH(int, opened);
+    FiscalDocuments documents;
+    if (invoice) {
+        customerButton(documents, kOk, threeLineCustomer());
+        QCOMPARE(stepTexts(invoiceOpeningSteps(documents)), QStringList{"panel 3/F/OPENFAT//0/0/0/0/"});
+        invoiceOpened(documents, opened);
+    } else {
+        creditNoteButton(documents, kOk, QStringLiteral("123-2010"), QStringLiteral("rif.sco.123"));
+    }
+    QTEST(stepTexts(keyPressSteps(kCashKeyIndex, documents)), "steps");
     QVERIFY(!documents.CustomerSet);
     QVERIFY(!documents.CreditNoteSet);
-
     // The document is over: the next cash key is a plain key again.
-    QCOMPARE(stepTexts(keyPressSteps(kCashKeyIndex, documents)),
-             keyWords(90) + QStringList{QStringLiteral("display")});
-}
-
-void TestDocuments::creditNoteCompletion()
-{
-    FiscalDocuments documents;
-    creditNoteButton(documents, kOk, QStringLiteral("123-2010"), QStringLiteral("rif.sco.123"));
-
-    const QStringList expected = {
-        QStringLiteral("clear"),
-        QStringLiteral("send )/90/"),
-        QStringLiteral("pause 100"),
-        QStringLiteral("pause 100"),
-        QStringLiteral("clear"),
-        QStringLiteral("panel 7/1/1/rif.sco.123/"),
-        QStringLiteral("pause 100"),
-        QStringLiteral("send )/90/"),
-        QStringLiteral("pause 200"),
-        QStringLiteral("clear"),
-        QStringLiteral("send (/"),
-        QStringLiteral("display"),
-    };
-    QCOMPARE(stepTexts(keyPressSteps(kCashKeyIndex, documents)), expected);
-    QVERIFY(!documents.CreditNoteSet);
+    QCOMPARE(stepTexts(keyPressSteps(kCashKeyIndex, documents)), keyWords(90) + QStringList{"display"});
 }
 
 QTEST_GUILESS_MAIN(TestDocuments)

@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -34,6 +35,8 @@ private Q_SLOTS:
     void paymentsDownloadThenRead();
     void sParametersResetRecord();
     void scrollMessageSavesOnlyTheSelected();
+    void typedSlashShowsAsBackslash_data();
+    void typedSlashShowsAsBackslash();
 };
 
 void EcrConfigTest::headerConfirmation_data()
@@ -174,6 +177,28 @@ void EcrConfigTest::scrollMessageSavesOnlyTheSelected()
     QCOMPARE(ini.read("Messaggi", "Msg3", "<none>", 96), QStringLiteral("SALDI 20%"));
     QCOMPARE(ini.read("Messaggi", "Msg2", "<none>", 96), QStringLiteral("<none>"));
     QVERIFY(w.journal().contains(QStringLiteral("o/SALDI 20%/")));
+}
+
+void EcrConfigTest::typedSlashShowsAsBackslash_data()
+{
+    QTest::addColumn<QString>("box"); // a line edit, or "fgPLU" for a cell of the PLU grid
+    for (const char* box : {"txtPagTasso_0", "txtPagMarkUp_8", "txtBCPriceLead_0", "txtPRTIntensity", "fgPLU"})
+        QTest::newRow(box) << QString::fromLatin1(box);
+}
+
+void EcrConfigTest::typedSlashShowsAsBackslash()
+{
+    QFETCH(QString, box);
+    EcrWindow w;
+    QLineEdit* edit = w.find<QLineEdit>(box);
+    if (auto* grid = w.find<QTableWidget>(box)) {
+        grid->insertRow(0);
+        grid->edit(grid->model()->index(0, 1));
+        edit = grid->findChild<QLineEdit*>();
+    }
+    QVERIFY(edit);
+    QTest::keyClicks(edit, QStringLiteral("1/2"));
+    QCOMPARE(edit->text(), QStringLiteral("1\\2"));
 }
 
 QTEST_MAIN(EcrConfigTest)

@@ -47,7 +47,7 @@ void LoginTest::login()
     dialog.findChild<QLineEdit*>(QStringLiteral("txtPassword"))->setText(typed);
     dialog.findChild<QLineEdit*>(QStringLiteral("txtNewPassword_0"))->setText(QStringLiteral("x"));
     QTest::keyClick(dialog.findChild<QLineEdit*>(QStringLiteral("txtPassword")), Qt::Key_Return);
-    QCOMPARE(dialog.technicianLogged(), logged);
+    QCOMPARE(dialog.outcome(), logged ? technician::LoginOutcome::LoggedIn : technician::LoginOutcome::LoginRefused);
     QCOMPARE(dialogs.shown, logged ? QStringList{} : QStringList{"Attenzione: Password Errata"});
     QCOMPARE(dialog.findChild<QLineEdit*>(QStringLiteral("txtNewPassword_0"))->text().isEmpty(), !logged);
 }
@@ -87,7 +87,8 @@ void LoginTest::change()
     QTest::mouseClick(dialog.findChild<QPushButton*>(QStringLiteral("Command1")), Qt::LeftButton);
     QCOMPARE(dialogs.shown, message.isEmpty() ? QStringList{} : QStringList{message});
     QCOMPARE(store.values[kLoginApplication], storedAfter);
-    QCOMPARE(dialog.technicianLogged(), message.isEmpty());
+    QCOMPARE(dialog.outcome(), message.isEmpty() ? technician::LoginOutcome::PasswordChanged
+                                                 : technician::LoginOutcome::ChangeRefused);
 }
 
 void LoginTest::secondChangeChecksTheOtherEntry()
@@ -104,7 +105,7 @@ void LoginTest::secondChangeChecksTheOtherEntry()
     ui::DlgLoginTecnico login(store, dialogs);
     login.findChild<QLineEdit*>(QStringLiteral("txtPassword"))->setText(QStringLiteral("abc"));
     login.OKButton_Click();
-    QVERIFY(login.technicianLogged());
+    QCOMPARE(login.outcome(), technician::LoginOutcome::LoggedIn);
     // ... while a second change still compares with the entry nobody wrote.
     ui::DlgLoginTecnico second(store, dialogs);
     second.findChild<QLineEdit*>(QStringLiteral("txtPassword"))->setText(QStringLiteral("abc"));

@@ -7,7 +7,9 @@
 #include "server/PendingQueue.h"
 #include "ui/ModelAdaptation.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QDialog>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
@@ -102,15 +104,23 @@ void MainFormTest::startUpShowsTheRegister()
 void MainFormTest::tabsAndTechnicianPage_data()
 {
     QTest::addColumn<QString>("password");
-    QTest::addColumn<bool>("technicianOpen");
-    QTest::newRow("no password: technician page open") << "" << true;
-    QTest::newRow("a password: closed until login") << "Abc" << false;
+    QTest::addColumn<QString>("login"); // what is done in the login dialog, if it is opened
+    QTest::addColumn<QString>("after"); // technician page, panel 4, credit flags, logged in
+    QTest::newRow("no password: page open, not logged in") << "" << "" << "page panel4";
+    QTest::newRow("a password: page closed") << "Abc" << "" << "panel4";
+    QTest::newRow("Cancel leaves the page") << "" << "CancelButton" << "page";
+    QTest::newRow("Escape is Cancel") << "" << "escape" << "page";
+    QTest::newRow("close box is Cancel") << "Abc" << "close" << "";
+    QTest::newRow("login") << "Abc" << "OKButton abc" << "page panel4 credit logged";
+    QTest::newRow("refused login") << "" << "OKButton x" << "";
+    QTest::newRow("password changed") << "Abc" << "Command1" << "page panel4 logged";
+    QTest::newRow("change refused") << "" << "Command1 wrong" << "panel4";
 }
 
 void MainFormTest::tabsAndTechnicianPage()
 {
     QFETCH(QString, password);
-    QFETCH(bool, technicianOpen);
+    QFETCH(QString, login);
     Home home;
     ScriptedDialogs dialogs;
     MemoryPasswords passwords;
@@ -123,8 +133,33 @@ void MainFormTest::tabsAndTechnicianPage()
     QCOMPARE(tabs->tabText(1), QStringLiteral("&Configuraz. ECR"));
     QCOMPARE(tabs->tabText(2), QStringLiteral("Uso come &ECR"));
     QCOMPARE(tabs->tabText(3), QStringLiteral("*Pannello del &Tecnico"));
-    QCOMPARE(tabs->isTabEnabled(3), technicianOpen);
-    QCOMPARE(form.technicianLogged(), technicianOpen);
+    if (!login.isEmpty()) {
+        QTimer::singleShot(0, [login] {
+            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            QVERIFY(dialog);
+            const QStringList words = login.split(u' ');
+            dialog->findChild<QLineEdit*>(QStringLiteral("txtPassword"))->setText(words.value(1));
+            dialog->findChild<QLineEdit*>(QStringLiteral("txtNewPassword_0"))->setText(QStringLiteral("New"));
+            dialog->findChild<QLineEdit*>(QStringLiteral("txtNewPassword_1"))->setText(QStringLiteral("New"));
+            if (words[0] == QStringLiteral("escape"))
+                QTest::keyClick(dialog, Qt::Key_Escape);
+            else if (words[0] == QStringLiteral("close"))
+                dialog->close();
+            else
+                QTest::mouseClick(dialog->findChild<QPushButton*>(words[0]), Qt::LeftButton);
+        });
+        form.mnuFileTecnico_Click();
+    }
+    QStringList after;
+    if (tabs->isTabEnabled(3))
+        after << "page";
+    if (!form.findChild<QLabel*>(QStringLiteral("sbMain_4"))->isHidden())
+        after << "panel4";
+    if (form.findChild<QCheckBox*>(QStringLiteral("chkPagCrediti_1"))->isEnabled())
+        after << "credit";
+    if (form.technicianLogged())
+        after << "logged";
+    QTEST(after.join(u' '), "after");
 }
 
 void MainFormTest::missingModelOnTheStatusBar()

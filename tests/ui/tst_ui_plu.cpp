@@ -146,7 +146,7 @@ void PluPageTest::stopEndsTheDownloadBetweenRecords()
 
 void PluPageTest::loadFile_data()
 {
-    QTest::addColumn<QByteArray>("file"); // empty: no such file
+    QTest::addColumn<QByteArray>("file"); // empty: no such file; "-": no name given
     QTest::addColumn<QStringList>("shown");
     QTest::addColumn<QStringList>("grid"); // after one row already there
     const QString kept = QStringLiteral("1/OLD/1/0/1/0/0/00000000/3/3/");
@@ -157,16 +157,14 @@ void PluPageTest::loadFile_data()
         << QStringList{}
         << QStringList{kept, "8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000///",
                        "22/PANE\u00c8/2/0/1.2/0/0/00000000///"};
-    QTest::newRow("too few fields")
-        << QByteArray("8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/12/6/\r\n8001234567890/ACQUA/\r\n")
-        << QStringList{"Attenzione: Riga 2 del file PLU: meno di 8 campi.\r\nNessuna PLU caricata"}
-        << QStringList{kept};
-    QTest::newRow("too many fields") << QByteArray("1/A/1/0/1/0/0/00000000/1/1/1/\r\n")
-                                     << QStringList{"Attenzione: Riga 1 del file PLU: più di 10 campi.\r\n"
-                                                    "Nessuna PLU caricata"}
-                                     << QStringList{kept};
+    QTest::newRow("odd lines are loaded and listed")
+        << QByteArray("1/A/1/0/1/0/0/00000000/1/1/1/\r\n8001234567890/ACQUA/\r\n")
+        << QStringList{"Attenzione: Righe del file PLU con meno di 8 o più di 10 campi, caricate comunque: 1, 2"}
+        << QStringList{kept, "1/A/1/0/1/0/0/00000000///", "8001234567890/ACQUA/////////"};
     QTest::newRow("no such file") << QByteArray() << QStringList{"Attenzione: File Inesistente"}
                                   << QStringList{kept};
+    QTest::newRow("empty name") << QByteArray("-") << QStringList{"Attenzione: File Inesistente"}
+                                << QStringList{kept};
 }
 
 void PluPageTest::loadFile()
@@ -182,7 +180,7 @@ void PluPageTest::loadFile()
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write(file);
     }
-    w.dialogs.typed = {path};
+    w.dialogs.typed = {file == "-" ? QString() : path};
     w.click("cmdPLULeggiFile");
     QCOMPARE(w.dialogs.asked, QStringList{"Attenzione: Indicare il nome del file PLU"});
     QCOMPARE(w.dialogs.proposals, QStringList{w.dir.path() + "/plu.txt"});

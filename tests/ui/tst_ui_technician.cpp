@@ -4,6 +4,9 @@
 // receipt files.
 #include "EcrWindow.h"
 #include "technician/TestReceipts.h"
+#include "ui/FrmCliente.h"
+#include "ui/FrmNCred.h"
+#include "ui/FrmPiCf.h"
 #include "ui/MainForm.h"
 
 #include <QApplication>
@@ -35,6 +38,8 @@ private Q_SLOTS:
     void consoleAppendsTheSlash();
     void commandFileSendsEveryItem();
     void invoiceOnTheCashKey();
+    void formClosedIsCancelled_data();
+    void formClosedIsCancelled();
     void closureQuestion_data();
     void closureQuestion();
     void reprintSetsTheParameterOnce();
@@ -101,32 +106,68 @@ void TechnicianTest::commandFileSendsEveryItem()
 
 void TechnicianTest::invoiceOnTheCashKey()
 {
+    // Two invoices keyed without waiting for the register: each form is
+    // filled as soon as it shows, and the sale and the cash key follow at once.
     EcrWindow w(kSettings);
     QVERIFY(w.settle());
-    QTimer::singleShot(100, [] {
-        QWidget* form = nullptr;
-        for (QWidget* top : QApplication::topLevelWidgets())
-            if (top->objectName() == QStringLiteral("FrmCliente") && top->isVisible())
-                form = top;
-        QVERIFY(form);
-        form->findChild<QLineEdit*>("TxtPIva")->setText(QStringLiteral("01234567897"));
-        form->findChild<QLineEdit*>("TxtRiga_0")->setText(QStringLiteral("ROSSI SRL"));
-        form->findChild<QLineEdit*>("TxtRiga_1")->setText(QStringLiteral("VIA ROMA 1"));
-        form->findChild<QLineEdit*>("TxtRiga_2")->setText(QStringLiteral("00100 ROMA"));
-        QTest::mouseClick(form->findChild<QPushButton*>("CmdChiude_1"), Qt::LeftButton);
+    QStringList customers = {QStringLiteral("01234567897"), QStringLiteral("09876543210")};
+    QTimer filler;
+    QObject::connect(&filler, &QTimer::timeout, [&] {
+        for (QWidget* form : QApplication::topLevelWidgets()) {
+            if (form->objectName() != QStringLiteral("FrmCliente") || !form->isVisible() || customers.isEmpty())
+                continue;
+            const QString vat = customers.takeFirst();
+            form->findChild<QLineEdit*>("TxtPIva")->setText(vat);
+            for (const QString box : {"TxtRiga_0", "TxtRiga_1", "TxtRiga_2"})
+                form->findChild<QLineEdit*>(box)->setText(box + vat);
+            QTest::mouseClick(form->findChild<QPushButton*>("CmdChiude_1"), Qt::LeftButton);
+            for (int key : {17, 41, 43})
+                w.key(key);
+            if (!customers.isEmpty())
+                w.click("CmdFat");
+        }
     });
+    filler.start(20);
     w.click("CmdFat");
+    QVERIFY(QTest::qWaitFor([&] { return customers.isEmpty(); }, 10000));
     QVERIFY(w.settle());
-    w.key(17);
-    w.key(41);
-    w.key(43); // "Contanti"
-    QVERIFY(w.settle());
-    const QStringList j = w.journal();
-    const qsizetype open = j.indexOf(QStringLiteral("3/F/OPENFAT//0/0/0/0/"));
-    const qsizetype customer = j.indexOf(QStringLiteral("j/ROSSI SRL/VIA ROMA 1/00100 ROMA///////0/"));
-    QVERIFY2(open >= 0 && customer > open, qPrintable(j.join(u'|')));
-    QVERIFY(j.indexOf(QStringLiteral("5/1/0////")) > customer);
+    const QStringList j = w.journal().filter(QRegularExpression(QStringLiteral("^(3/F|'|j|5/)")));
+    QStringList expected;
+    for (const QString vat : {"01234567897", "09876543210"})
+        expected << "3/F/OPENFAT//0/0/0/0/" << "'/1/" + vat + "/1111111111111111/"
+                 << "j/TxtRiga_0" + vat + "/TxtRiga_1" + vat + "/TxtRiga_2" + vat + "///////0/" << "5/1/0////";
+    QCOMPARE(j, expected);
+}
 
+void TechnicianTest::formClosedIsCancelled_data()
+{
+    QTest::addColumn<QString>("form");
+    QTest::addColumn<bool>("escape"); // else the close box
+    QTest::addColumn<QString>("left"); // customer set, credit note set, PiCfLength, pending record, reference
+    for (const bool escape : {true, false}) {
+        QTest::addRow("FrmPiCf %d", escape) << "FrmPiCf" << escape << "1 1 0  x/";
+        QTest::addRow("FrmNCred %d", escape) << "FrmNCred" << escape << "1 0 11  ";
+        QTest::addRow("FrmCliente %d", escape) << "FrmCliente" << escape << "0 1 11 x/ x/";
+    }
+}
+
+void TechnicianTest::formClosedIsCancelled()
+{
+    QFETCH(QString, form);
+    QFETCH(bool, escape);
+    technician::FiscalDocuments d;
+    d.CustomerSet = d.CreditNoteSet = true;
+    d.PiCfLength = 11;
+    d.PendingDocRecord = d.CreditNoteRefRecord = QStringLiteral("x/");
+    ScriptedDialogs dialogs;
+    const std::unique_ptr<QDialog> dialog = form == "FrmPiCf" ? std::make_unique<ui::FrmPiCf>(d, dialogs)
+        : form == "FrmNCred" ? std::unique_ptr<QDialog>(std::make_unique<ui::FrmNCred>(d))
+                             : std::make_unique<ui::FrmCliente>(d);
+    dialog->show();
+    escape ? QTest::keyClick(dialog.get(), Qt::Key_Escape) : void(dialog->close());
+    QVERIFY(!dialog->isVisible());
+    QTEST(QStringLiteral("%1 %2 %3 %4 %5").arg(int(d.CustomerSet)).arg(int(d.CreditNoteSet)).arg(d.PiCfLength)
+              .arg(d.PendingDocRecord, d.CreditNoteRefRecord), "left");
 }
 
 void TechnicianTest::closureQuestion_data()
