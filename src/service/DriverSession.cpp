@@ -15,6 +15,8 @@ namespace kelm::service {
 namespace {
 
 constexpr int kTickMs = 250;
+const QString kKeyboardSaleHold =
+    QStringLiteral("Vendita in corso dalla tastiera virtuale: gli scontrini dal PC attendono nella cartella");
 
 bool isOn(const QString& value)
 {
@@ -138,14 +140,35 @@ void DriverSession::lineUp(const EcrIdentity& identity)
     }
     // What was queued when the line went (or when the last run stopped)
     // goes first, in its order.
-    if (!server_->queue.isEmpty())
-        server_->ProcessReceiptQueue();
+    sendQueue();
+    if (answers_)
+        answers_->flush();
+    if (!lineLost_ && serverEnabled_ && !timer_->isActive())
+        timer_->start();
+}
+
+void DriverSession::sendQueue()
+{
+    if (server_->queue.isEmpty() || keyboardSale_)
+        return;
+    server_->ProcessReceiptQueue();
     if (answers_)
         answers_->flush();
     if (server_->lineLost)
         lineDown(QString(), true);
-    else if (serverEnabled_ && !timer_->isActive())
-        timer_->start();
+}
+
+void DriverSession::setKeyboardSaleOpen(bool open)
+{
+    session_.post([this, open] {
+        if (keyboardSale_ == open || !server_)
+            return;
+        keyboardSale_ = open;
+        op_.setPanel(1, open ? QStringLiteral("Attenzione!") : QString());
+        op_.setPanel(2, open ? kKeyboardSaleHold : QString());
+        if (!open && !lineLost_ && serverEnabled_ && !server_->serialNumber.isEmpty())
+            sendQueue();
+    });
 }
 
 void DriverSession::lineDown(const QString& why, bool logged)
@@ -222,7 +245,8 @@ void DriverSession::tick()
 {
     if (stopping_ || !server_ || lineLost_)
         return;
-    server_->ScanServerDir();
+    if (!keyboardSale_)
+        server_->ScanServerDir();
     receiptOpen_ = server_->ReceiptOpen;
     if (answers_)
         answers_->flush();
@@ -257,13 +281,8 @@ void DriverSession::queueRequest(const QString& id, const QStringList& lines)
             server_->queue.append({lines[n - 1], {server::LineOrigin::Source::Request, id, n}});
         op_.queueChanged(server::queueTexts(server_->queue));
         // While the line is lost the retry sends them once it is back.
-        if (!server_->serialNumber.isEmpty() && serverEnabled_ && !lineLost_) {
-            server_->ProcessReceiptQueue();
-            if (answers_)
-                answers_->flush();
-            if (server_->lineLost)
-                lineDown(QString(), true);
-        }
+        if (!server_->serialNumber.isEmpty() && serverEnabled_ && !lineLost_)
+            sendQueue();
     });
 }
 

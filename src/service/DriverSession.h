@@ -78,6 +78,11 @@ public:
     // The run-time list (chkRunTimeLog) and the log file (chkLog).
     void setRunTimeListOn(bool on);
     void setLogOn(bool on);
+    // A sale keyed on the virtual keyboard is open (the display did not read
+    // 0 after a key): no receipt file is taken, and nothing queued is sent,
+    // until it is closed, so that a point-of-sale receipt never lands inside
+    // it. Files that arrive meanwhile wait in the folder.
+    void setKeyboardSaleOpen(bool open);
     // Whether the server believes a receipt is open on the register.
     bool receiptOpen() const { return receiptOpen_; }
     // The driver as it looks now; from any thread, never waits for the line.
@@ -103,6 +108,8 @@ private:
     void tryLine();
     void lineUp(const EcrIdentity& identity);
     void lineDown(const QString& why, bool logged);
+    // Sends what is queued, unless something holds the queue.
+    void sendQueue();
     // After a restart: receipts whose lines the last run could not keep.
     void settleOrphans();
 
@@ -120,6 +127,7 @@ private:
     std::unique_ptr<QTimer> retry_;
     std::unique_ptr<server::AnswerFiles> answers_;
     bool lineLost_ = false;
+    bool keyboardSale_ = false;
     VatRateTable vatRates_ = unknownVatRates();
     std::atomic<bool> serverEnabled_{true};
     bool runTimeListOn_ = true;

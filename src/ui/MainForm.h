@@ -5,6 +5,7 @@
 #include "ui/Dialogs.h"
 #include "ui/WindowOperator.h"
 
+#include <QDateTime>
 #include <QMainWindow>
 #include <QPointer>
 
@@ -50,6 +51,8 @@ public:
     void mnuPopStato_Click();
 
     static QString caption();
+    // What the tray icon's tip says: the register and the driver's state.
+    QString trayTip() const;
 
 Q_SIGNALS:
     // The technician logged in or out; tabs with technician-only controls follow it.
@@ -63,6 +66,9 @@ private:
     void buildMenus();
     void buildTray();
     void setPanel(int panel, const QString& text);
+    // On the thread that recorded the change: what it means for the status
+    // bar goes to the UI thread.
+    void receiptChanged(const QString& id);
     void setTechnician(bool logged);
     void saveConfiguration();
     void showVirtualEcr();
@@ -83,6 +89,8 @@ private:
     QLabel* panels_[4];
     QSystemTrayIcon* tray_ = nullptr;
     QMenu* mPopupSys = nullptr;
+    QMenu* mnuView_ = nullptr;
+    QDateTime startedAt_;
     VirtualEcrPanel* virtualEcr_ = nullptr;
     QTimer* virtualDisplayTimer_ = nullptr;
     bool technicianLogged_ = false;

@@ -48,20 +48,22 @@ TechnicianFunctions::TechnicianFunctions(service::DriverSession& session, Operat
 void TechnicianFunctions::run(ExchangeSteps steps, Display display, AfterSteps after)
 {
     auto outcome = std::make_shared<StepOutcome>();
-    QPointer<UsoEcrPage> keyboard = keyboard_;
-    QPointer<TechnicianPage> technician = technician_;
     jobs_.run(
         this, [steps = std::move(steps), outcome](EcrLink& link, Operator& op) { *outcome = runSteps(link, op, steps); },
-        [outcome, display, keyboard, technician, after = std::move(after)] {
-            if (outcome->display) {
-                if (display == Display::Keyboard && keyboard)
-                    keyboard->setDisplay(outcome->display->line1, outcome->display->line2);
-                if (display == Display::Technician && technician)
-                    technician->setDisplay(outcome->display->line1, outcome->display->line2);
-            }
+        [this, outcome, display, after = std::move(after)] {
+            if (outcome->display && display == Display::Read)
+                showDisplay(*outcome->display);
             if (after)
                 after(*outcome);
         });
+}
+
+void TechnicianFunctions::showDisplay(const DisplayLines& lines)
+{
+    // One register, one display: wherever it was read, every copy shows it.
+    keyboard_->setDisplay(lines.line1, lines.line2);
+    technician_->setDisplay(lines.line1, lines.line2);
+    Q_EMIT displayRead(lines.line1, lines.line2);
 }
 
 void TechnicianFunctions::showMessages(const QStringList& messages)
@@ -74,12 +76,12 @@ void TechnicianFunctions::cmdECR_Click(int index)
 {
     // The steps are taken now, in the order of the presses; the cash key
     // also ends a pending document here, before the next press is taken.
-    run(keyPressSteps(index, documents_), Display::Keyboard);
+    run(keyPressSteps(index, documents_), Display::Read);
 }
 
 void TechnicianFunctions::cmdVirtKBD_Click(int code)
 {
-    run(keypadPressSteps(code), Display::Technician);
+    run(keypadPressSteps(code), Display::Read);
 }
 
 void TechnicianFunctions::Command1_Click()
@@ -90,10 +92,9 @@ void TechnicianFunctions::Command1_Click()
 void TechnicianFunctions::technicianPageShown()
 {
     technician_->focusConsole();
-    QPointer<TechnicianPage> page = technician_;
-    run(technicianTabSteps(), Display::None, [page](const StepOutcome& outcome) {
-        if (const auto lines = displayLines(outcome.lastAnswer); lines && page)
-            page->setDisplay(lines->line1, lines->line2);
+    run(technicianTabSteps(), Display::None, [this](const StepOutcome& outcome) {
+        if (const auto lines = displayLines(outcome.lastAnswer))
+            showDisplay(*lines);
     });
 }
 

@@ -44,10 +44,15 @@ public:
 
     const technician::FiscalDocuments& documents() const { return documents_; }
 
+Q_SIGNALS:
+    // The register's display as just read; both pages already show it.
+    void displayRead(const QString& line1, const QString& line2);
+
 private:
-    enum class Display { None, Keyboard, Technician };
+    enum class Display { None, Read };
     using AfterSteps = std::function<void(const technician::StepOutcome&)>;
     void run(technician::ExchangeSteps steps, Display display, AfterSteps after = {});
+    void showDisplay(const technician::DisplayLines& lines);
     void showMessages(const QStringList& messages);
 
     LineJobs jobs_;
