@@ -40,7 +40,7 @@ const KeyBlock kBlocks[] = {
     {"Funzioni", 4, {0, 1, 2, 3, 4, 5, 6, 33, 8, 9, 10, 11, 37, 27, 25, 13, 47, -1, 48, 50, -1, 46, 44, 45}},
     {"Tastierino", 4, {14, 15, 24, 7, 16, 17, 20, 12, 18, 19, 22, 49, 21, 23, 26, -1}},
     {"Reparti", 2, {41, 38, 35, 32, 42, 39}},
-    {"Pagamenti", 1, {40, 34, 36, 43}},
+    {"Pagamenti", 2, {40, 34, 36, 43}},
 };
 
 // The PC's keys that press a key of the register on this page.
@@ -75,6 +75,9 @@ UsoEcrPage::UsoEcrPage(QWidget* parent)
         buttons.insert(key.index, button);
         connect(button, &QPushButton::clicked, this, [this, index = key.index] { Q_EMIT cmdECR_Click(index); });
     }
+    // The departments and payments stacked, beside the numeric block, so
+    // that the keyboard fits a 1024-pixel screen beside the virtual ECR.
+    auto* stacked = new QVBoxLayout;
     for (const KeyBlock& block : kBlocks) {
         auto* box = new QGroupBox(QString::fromUtf8(block.title));
         auto* grid = new QGridLayout(box);
@@ -85,8 +88,12 @@ UsoEcrPage::UsoEcrPage(QWidget* parent)
             ++slot;
         }
         grid->setRowStretch(grid->rowCount(), 1);
-        keys->addWidget(box, block.columns);
+        if (block.columns > 2)
+            keys->addWidget(box, block.columns);
+        else
+            stacked->addWidget(box);
     }
+    keys->addLayout(stacked, 2);
     // Keypad keys count as well: digits typed on either part of the keyboard.
     for (const PcKey& pc : kPcKeys)
         for (const int modifier : {0, int(Qt::KeypadModifier)}) {
