@@ -1,7 +1,7 @@
 // Records per second through the receipt server against the built-in virtual
-// register in real time at 115200 baud, with no added latency, next to the
-// floor of the same bytes on the wire plus the protocol's fixed waits
-// (CountingPeer).
+// register in real time at the given baud (115200 unless told), with no
+// added latency, next to the floor of the same bytes on the wire plus the
+// protocol's fixed waits (CountingPeer).
 #include "app/Operator.h"
 #include "app/RunTimeLog.h"
 #include "link/Clock.h"
@@ -36,7 +36,7 @@ int main(int argc, char** argv)
     const int records = argc > 1 ? QString::fromLatin1(argv[1]).toInt() : 999;
 
     kelm::sim::VirtualEcrOptions options;
-    constexpr qint32 baud = 115200;
+    const qint32 baud = argc > 2 ? QString::fromLatin1(argv[2]).toInt() : 115200;
     options.answerDelayMs = 0;
     options.baud = baud;
     kelm::sim::VirtualEcr ecr(options);
@@ -62,7 +62,7 @@ int main(int argc, char** argv)
     const double cpu = cpuSeconds() - cpu0;
 
     const double floorSeconds = peer.floorSeconds(baud);
-    std::printf("records                     %d\n", sent);
+    std::printf("records                     %d at %d baud\n", sent, baud);
     std::printf("records per second          %.1f\n", sent / seconds);
     std::printf("floor (wire + fixed waits)  %.1f records per second\n", sent / floorSeconds);
     std::printf("time / floor                %.3f\n", seconds / floorSeconds);

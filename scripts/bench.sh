@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Speed and cost against the built-in virtual ECR:
-#  - records per second through the receipt server at 115200 baud, next to
+#  - records per second through the receipt server at 115200 and 9600 baud, next to
 #    the floor of the same bytes on the wire both ways plus the protocol's
 #    fixed waits, and CPU per 1000 records;
 #  - a PLU table (9000 rows at 115200 baud, 1500 at 9600, so that the whole
@@ -18,7 +18,8 @@ cmake --preset default >/dev/null
 cmake --build --preset default --target kelmdrev bench_driver bench_programming bench_http >/dev/null
 
 echo "== driver throughput =="
-build/default/bench/bench_driver 999
+build/default/bench/bench_driver 999 115200
+build/default/bench/bench_driver 300 9600
 
 echo "== programming downloads =="
 build/default/bench/bench_programming 9000 1500

@@ -167,8 +167,11 @@ void SaveConfigPC(const IniFile& ini, const ConfigForm& form, ConfigPC& config,
     config.alIvaAuto = onOff(form.alIvaAuto);
     write(QStringLiteral("AlIvaAuto"), config.alIvaAuto);
 
+    // The device path is this program's own key: written only when one was
+    // chosen, or emptied when a ComN port replaces it.
     config.device = form.device.trimmed();
-    write(QStringLiteral("Dispositivo"), config.device);
+    if (!config.device.isEmpty() || form.clearDevice)
+        write(QStringLiteral("Dispositivo"), config.device);
 }
 
 } // namespace kelm

@@ -33,6 +33,7 @@ struct ConfigForm {
     QString model;       // cmbModello
     QString comPort;     // cmbComPort, e.g. "Com7"
     QString device;      // the typed or chosen device path, empty for a ComN port
+    bool clearDevice = false; // a ComN port chosen over a stored device path
     QString speed;       // cmbSpeed
     bool serverOn = false;      // chkSRV
     QString serverMode;  // cmbSRVModalita

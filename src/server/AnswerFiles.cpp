@@ -26,7 +26,9 @@ QString AnswerFiles::folderFor(const QString& configured, const QString& serverD
 {
     if (configured.compare(QStringLiteral("Off"), Qt::CaseInsensitive) == 0)
         return QString();
-    if (configured.isEmpty())
+    // Answer files carry the receipts' names: in the server folder itself
+    // they would be taken as receipts.
+    if (configured.isEmpty() || QDir(configured) == QDir(serverDirPrefix))
         return serverDirPrefix + QStringLiteral("esiti");
     return configured;
 }

@@ -21,7 +21,8 @@ public:
     AnswerFiles(OutcomeBook& book, QString folder, int keepDays);
 
     // The folder, from the configured value: empty means "esiti" in the
-    // server folder, "Off" (any case) no answer files at all (empty result).
+    // server folder, as does the server folder itself; "Off" (any case) no
+    // answer files at all (empty result).
     static QString folderFor(const QString& configured, const QString& serverDirPrefix);
 
     QString pathFor(const QString& id) const;

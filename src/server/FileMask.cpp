@@ -69,8 +69,10 @@ bool hasForbiddenExtension(const QString& fileName, const QStringList& forbidden
 
 bool isOwnFile(const QString& fileName)
 {
+    // Each may carry the six-character suffix of the temporary file that a
+    // safe save writes before its rename.
     static const QRegularExpression own(
-        QStringLiteral(R"(^(.*\d{8}\.log|.*\.fmn|.*\.drev|totali\.txt)$)"),
+        QStringLiteral(R"(^(.*\d{8}\.log|.*\.fmn|.*\.drev|totali\.txt|kelmdrev\..+|fileext\.ini)(\.\w{6})?$)"),
         QRegularExpression::CaseInsensitiveOption);
     return own.match(fileName).hasMatch();
 }

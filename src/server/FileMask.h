@@ -35,7 +35,9 @@ bool matchesFileMask(const FileMask& mask, const QString& fileName);
 bool hasForbiddenExtension(const QString& fileName, const QStringList& forbiddenExtensions);
 
 // Files the program writes next to the receipts and must never read back as
-// one: the daily log, ".FMN" snapshots, ".drev" working copies, "Totali.txt".
+// one: the daily log, ".FMN" snapshots, ".drev" working copies, "Totali.txt",
+// and, when the spool is the program folder, its settings, pending queue and
+// lock; also the temporary files of their safe saves.
 bool isOwnFile(const QString& fileName);
 
 // The names (without directory) of the files, hidden ones included, in `directory` that match the

@@ -6,10 +6,13 @@
 #include "server/CommandTable.h"
 #include "server/EcrState.h"
 #include "server/FileMask.h"
+#include "server/FileSettle.h"
 #include "server/ReceiptLines.h"
 
 #include <QFile>
 #include <QFileInfo>
+
+#include <filesystem>
 
 namespace kelm::server {
 
@@ -20,7 +23,7 @@ const QString kLinkLostMessage =
 const QString kPaperMessage = QStringLiteral("Sostituire rotolo scontrino");
 const QString kFatalMessage = QStringLiteral("errore grave. Chiamare Casa madre");
 const QString kStatusQuery = QStringLiteral("?/");
-constexpr qint64 kSettleMs = 200;
+constexpr qint64 kRetryClaimMs = 250;
 const QString kSnapshotDone = QStringLiteral("Eseguito dal PC (file .FMN)");
 
 // The reason of a line refused by the command table: its run-time entry
@@ -59,9 +62,19 @@ QStringList queueTexts(const QList<QueuedLine>& lines)
 }
 
 ReceiptServer::ReceiptServer(EcrLink& link, Operator& op, RunTimeLog& log, Settings settings,
-                             const std::atomic<bool>* stop, Now now)
-    : link_(link), op_(op), log_(log), settings_(std::move(settings)), now_(std::move(now)), stop_(stop)
+                             const std::atomic<bool>* stop, Now now, std::atomic<bool>* receiptOpen)
+    : ReceiptOpen(receiptOpen ? *receiptOpen : ownReceiptOpen_), link_(link), op_(op), log_(log),
+      settings_(std::move(settings)), now_(std::move(now)), stop_(stop)
 {
+}
+
+void ReceiptServer::setSpool(const QString& serverDir, const QString& serverFile)
+{
+    settings_.serverDir = serverDir;
+    settings_.serverFile = serverFile;
+    seen_.clear();
+    unclaimable_.clear();
+    reportedUnreadable_.clear();
 }
 
 void ReceiptServer::list(const QString& entry)
@@ -175,13 +188,13 @@ ReceiptServer::SendOutcome ReceiptServer::SendRecord(const QString& record)
             QString message;
             const qint16 errorClass = EcrErrorMessage(status, message);
             QString number = status;
-            // The log gets the refusal line; its "26" ending keeps busy
-            // repeats out of the log file.
-            const QString refusal = CommandErrorText(number, record);
+            CommandErrorText(number, record); // the error number in decimal
             if (errorClass == errclass::Unknown)
                 return SendOutcome::Done;
             sent_ = LineOutcome::refused(record, number, message);
-            log_.WriteLog(refusal, record);
+            // The register's own words, with the record they answered: what
+            // the shop reads when it asks why a line is missing.
+            log_.WriteLog(message, record);
             if (errorClass == errclass::Fatal) {
                 log_.WriteLog(kFatalMessage, record);
                 op_.showMessage(kFatalMessage, QStringLiteral("ATTENZIONE"), Operator::Icon::Critical);
@@ -320,22 +333,35 @@ bool ReceiptServer::claimFile(const QString& directory, const QString& name)
 {
     const QString original = directory + name;
     const QString working = original + QStringLiteral(".drev");
-    QFile::remove(working);
     const QFileInfo info(original);
     if (!info.exists())
         return false; // gone since the listing
-    // A file changed a moment ago may still be being written: claiming it
-    // now would send half a receipt. It is taken at a later tick.
-    if (info.lastModified().msecsTo(QDateTime::currentDateTime()) < kSettleMs)
+    // Half a receipt must never be sent: a file is taken once it has
+    // stopped changing, at a later tick if need be.
+    const FileLook look{info.size(), info.lastModified(), link_.clock().nowMs()};
+    const auto earlier = seen_.constFind(name);
+    const bool sameLook = earlier != seen_.constEnd() && earlier->size == look.size && earlier->modified == look.modified;
+    if (!hasSettled(sameLook ? &*earlier : nullptr, look, QDateTime::currentDateTime())) {
+        if (!sameLook)
+            seen_.insert(name, look);
         return false;
-    const bool claimed = settings_.testMode ? QFile::copy(original, working)
-                                            : QFile::rename(original, working);
-    if (!claimed) {
-        // Still being written, or not ours to move: it stays for the next
-        // tick rather than being deleted unread.
-        log_.WriteLog(QStringLiteral("File non acquisito, riprovo"), name);
-        return true;
     }
+    // A claim that failed is tried again at the pace of the timer, whatever
+    // wakes the server in between (its own log line changes the folder).
+    const auto failed = unclaimable_.constFind(name);
+    if (failed != unclaimable_.constEnd() && look.seenAtMs - *failed < kRetryClaimMs)
+        return false;
+    QFile::remove(working);
+    if (!claim(original, working)) {
+        // Not ours to move (locked, no rights): it stays for the next tick
+        // rather than being deleted unread, and the log says so once.
+        if (failed == unclaimable_.constEnd())
+            log_.WriteLog(QStringLiteral("File non acquisito, riprovo"), name);
+        unclaimable_.insert(name, look.seenAtMs);
+        return false;
+    }
+    seen_.remove(name);
+    unclaimable_.remove(name);
     QFile file(working);
     if (file.open(QIODevice::ReadOnly)) {
         enqueue(LineOrigin::Source::File, name, splitReceiptLines(file.readAll()));
@@ -354,6 +380,18 @@ bool ReceiptServer::claimFile(const QString& directory, const QString& name)
     return true;
 }
 
+bool ReceiptServer::claim(const QString& original, const QString& working) const
+{
+    if (settings_.testMode)
+        return QFile::copy(original, working);
+    // A plain rename: QFile::rename falls back to copy-and-delete, which on a
+    // locked file leaves a copy behind at every try.
+    std::error_code error;
+    std::filesystem::rename(std::filesystem::path(original.toStdU16String()),
+                            std::filesystem::path(working.toStdU16String()), error);
+    return !error;
+}
+
 void ReceiptServer::ScanServerDir()
 {
     if (serialNumber.trimmed().isEmpty())
@@ -367,6 +405,10 @@ void ReceiptServer::ScanServerDir()
             reportedUnreadable_.insert(name);
             log_.WriteLog(QStringLiteral("Non è un file normale (collegamento, cartella o altro): lasciato com'è"), name);
         }
+    // Files that went away unclaimed are forgotten.
+    const QSet<QString> listed(names.cbegin(), names.cend());
+    seen_.removeIf([&](const auto& entry) { return !listed.contains(entry.key()); });
+    unclaimable_.removeIf([&](const auto& entry) { return !listed.contains(entry.key()); });
     bool taken = false;
     for (const QString& name : names)
         taken = claimFile(directory, name) || taken;

@@ -4,9 +4,11 @@
 #include "app/RunTimeLog.h"
 #include "link/EcrLink.h"
 #include "server/ItemLineRewrite.h"
+#include "server/FileSettle.h"
 #include "server/OutcomeBook.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QSet>
 #include <QStringList>
 
@@ -43,9 +45,11 @@ public:
     // `stop`, when given, is read at every wait of the repeat loops and
     // between records: once it is true the server gives up as soon as it can,
     // so that shutdown never waits for paper to be loaded. It may be set from
-    // any thread.
+    // any thread. `receiptOpen`, when given, holds ReceiptOpen, so that
+    // another thread can read it while a file is being sent.
     ReceiptServer(EcrLink& link, Operator& op, RunTimeLog& log, Settings settings,
-                  const std::atomic<bool>* stop = nullptr, Now now = &QDateTime::currentDateTime);
+                  const std::atomic<bool>* stop = nullptr, Now now = &QDateTime::currentDateTime,
+                  std::atomic<bool>* receiptOpen = nullptr);
 
     // One timer tick: claims the waiting receipt files, queues their lines
     // and sends the queue. Does nothing while the serial number is unknown.
@@ -57,8 +61,12 @@ public:
     // The ".FMN" snapshot of "t/", "0/", "9/", "X/"; false when the link was lost.
     bool WriteSnapshotFile();
 
+private:
+    std::atomic<bool> ownReceiptOpen_{false};
+
+public:
     // State that outlives a file: the receipt may stay open across files.
-    bool ReceiptOpen = false;
+    std::atomic<bool>& ReceiptOpen;
     bool runTimeListOn = false; // chkRunTimeLog
     QString serialNumber;       // from the identity read at start-up
     QList<QueuedLine> queue;    // lstScontrino, oldest first
@@ -75,6 +83,8 @@ public:
     // What the last SendRecord that returned Done did to its record.
     const LineOutcome& lastOutcome() const { return sent_; }
 
+    // A new spool folder and file name, from the next scan on.
+    void setSpool(const QString& serverDir, const QString& serverFile);
     // The VAT rates read from the register, for the automatic VAT code.
     void setVatRates(const VatRateTable& rates) { settings_.itemLines.vatRates = rates; }
 
@@ -92,6 +102,7 @@ private:
     // Takes one waiting file into the queue; false when it was already gone
     // or is too fresh to be complete.
     bool claimFile(const QString& directory, const QString& name);
+    bool claim(const QString& original, const QString& working) const;
 
     EcrLink& link_;
     Operator& op_;
@@ -103,6 +114,8 @@ private:
     LineOutcome sent_;
     OutcomeBook* outcomes_ = nullptr;
     QSet<QString> reportedUnreadable_;
+    QHash<QString, FileLook> seen_;      // waiting files not yet settled, as first seen
+    QHash<QString, qint64> unclaimable_; // files whose claim failed: the time of the last try
     const std::atomic<bool>* stop_;
 };
 

@@ -126,8 +126,9 @@ void DriverSession::lineUp(const EcrIdentity& identity)
     Q_EMIT identityRead(identity);
 
     PanelCommand panel(line_->link(), op_);
-    if (panel(QStringLiteral("e/")) == 0)
-        vatRates_ = parseVatRates(panel.LastAnswer).table;
+    const VatRatesRead rates = panel(QStringLiteral("e/")) == 0 ? parseVatRates(panel.LastAnswer) : VatRatesRead{};
+    if (panel.LastResult == 0)
+        vatRates_ = rates.table;
     server_->setVatRates(vatRates_);
     server_->serialNumber = identity.serialNumber;
     server_->lineLost = false;
@@ -138,24 +139,26 @@ void DriverSession::lineUp(const EcrIdentity& identity)
         op_.setPanel(1, QString());
         op_.setPanel(2, back);
     }
-    // What was queued when the line went (or when the last run stopped)
-    // goes first, in its order.
-    sendQueue();
-    if (answers_)
-        answers_->flush();
-    if (!lineLost_ && serverEnabled_ && !timer_->isActive())
-        timer_->start();
+    if (!vatRatesShown_) {
+        vatRatesShown_ = true;
+        Q_EMIT vatRatesRead(QStringList(rates.texts.cbegin(), rates.texts.cend()));
+    }
+    if (serverEnabled_)
+        sendQueue();
 }
 
 void DriverSession::sendQueue()
 {
-    if (server_->queue.isEmpty() || keyboardSale_)
-        return;
-    server_->ProcessReceiptQueue();
+    // What was queued when the line went (or when the last run stopped)
+    // goes first, in its order.
+    if (!server_->queue.isEmpty() && !keyboardSale_)
+        server_->ProcessReceiptQueue();
     if (answers_)
         answers_->flush();
     if (server_->lineLost)
         lineDown(QString(), true);
+    else if (serverEnabled_ && !timer_->isActive())
+        timer_->start();
 }
 
 void DriverSession::setKeyboardSaleOpen(bool open)
@@ -201,19 +204,32 @@ void DriverSession::startServer()
     settings.itemLines.widths = technician::descriptionWidthsFor(config_.model);
     settings.itemLines.vatRates = vatRates_;
 
-    server_ = std::make_unique<server::ReceiptServer>(line_->link(), op_, *log_, settings, &stopping_);
+    server_ = std::make_unique<server::ReceiptServer>(line_->link(), op_, *log_, settings, &stopping_,
+                                                      &QDateTime::currentDateTime, &receiptOpen_);
     server_->runTimeListOn = runTimeListOn_;
     server_->setOutcomeBook(&outcomes_);
-    const QString spool = serverDirectoryPrefix(config_.serverDir, options_.programFolder);
-    const QString answers = server::AnswerFiles::folderFor(config_.answers, spool);
-    if (!answers.isEmpty()) {
-        answers_ = std::make_unique<server::AnswerFiles>(outcomes_, answers, config_.answerDays);
+    useSpool(config_.serverDir);
+    if (answers_)
         answers_->restore();
-    }
     server_->queue = server::takePendingQueue(server::pendingQueuePath(options_.programFolder));
     settleOrphans();
+    // Lines kept from the last run wait while the server is off.
+    if (serverEnabled_)
+        timer_->start();
+}
+
+void DriverSession::useSpool(const QString& serverDir)
+{
+    const QString spool = serverDirectoryPrefix(serverDir, options_.programFolder);
+    const QString answers = server::AnswerFiles::folderFor(config_.answers, spool);
+    if (answers_)
+        answers_->flush();
+    answers_.reset();
+    if (!answers.isEmpty())
+        answers_ = std::make_unique<server::AnswerFiles>(outcomes_, answers, config_.answerDays);
 
     // A new file starts the next tick at once instead of up to 250 ms later.
+    watcher_.reset();
     if (QDir(spool).exists()) {
         watcher_ = std::make_unique<QFileSystemWatcher>(QStringList{spool});
         connect(watcher_.get(), &QFileSystemWatcher::directoryChanged, timer_.get(), [this] {
@@ -223,8 +239,17 @@ void DriverSession::startServer()
             }
         });
     }
-    if (serverEnabled_)
-        timer_->start();
+}
+
+void DriverSession::setSpool(const QString& serverDir, const QString& serverFile)
+{
+    session_.post([this, serverDir, serverFile] {
+        if (!server_ || stopping_)
+            return;
+        server_->setSpool(serverDir, serverFile);
+        log_->setServerDir(serverDir);
+        useSpool(serverDir);
+    });
 }
 
 void DriverSession::settleOrphans()
@@ -247,7 +272,6 @@ void DriverSession::tick()
         return;
     if (!keyboardSale_)
         server_->ScanServerDir();
-    receiptOpen_ = server_->ReceiptOpen;
     if (answers_)
         answers_->flush();
     if (server_->lineLost && !stopping_) {
@@ -317,10 +341,10 @@ void DriverSession::setServerEnabled(bool on)
         serverEnabled_ = on;
         if (!timer_ || !server_)
             return;
-        if (on && !timer_->isActive() && !lineLost_)
-            timer_->start();
-        else if (!on)
+        if (!on)
             timer_->stop();
+        else if (!server_->serialNumber.isEmpty() && !lineLost_ && !timer_->isActive())
+            sendQueue(); // what waited while the server was off goes first
     });
 }
 

@@ -73,8 +73,12 @@ public:
     void inspectVirtualEcr(std::function<void(const sim::VirtualEcr&)> look);
     // The VAT rates as last read from the register (VatRateTable).
     void setVatRates(const VatRateTable& rates);
-    // The server timer (ServerStato, chkSRV).
+    // The server timer (ServerStato, chkSRV). Switched on, it first sends
+    // what waited while it was off.
     void setServerEnabled(bool on);
+    // A saved spool folder and file name: the server, its log and its
+    // answer files move there at once.
+    void setSpool(const QString& serverDir, const QString& serverFile);
     // The run-time list (chkRunTimeLog) and the log file (chkLog).
     void setRunTimeListOn(bool on);
     void setLogOn(bool on);
@@ -96,20 +100,25 @@ public:
 
 Q_SIGNALS:
     void identityRead(const kelm::EcrIdentity& identity);
+    // The VAT rates as the first "e/" after start-up read them, one text a
+    // rate, as the read button of the VAT page shows them.
+    void vatRatesRead(const QStringList& rates);
     void stopped();
 
 private:
     QString openLine();
     void identify();
     void startServer();
+    // Answer files and the folder watcher for a spool folder.
+    void useSpool(const QString& serverDir);
+    // Sends what is queued, then goes on ticking.
+    void sendQueue();
     void tick();
     void shutDownOnWorker();
     // Line recovery: the session is up, or lost and trying again at a time.
     void tryLine();
     void lineUp(const EcrIdentity& identity);
     void lineDown(const QString& why, bool logged);
-    // Sends what is queued, unless something holds the queue.
-    void sendQueue();
     // After a restart: receipts whose lines the last run could not keep.
     void settleOrphans();
 
@@ -127,6 +136,7 @@ private:
     std::unique_ptr<QTimer> retry_;
     std::unique_ptr<server::AnswerFiles> answers_;
     bool lineLost_ = false;
+    bool vatRatesShown_ = false;
     bool keyboardSale_ = false;
     VatRateTable vatRates_ = unknownVatRates();
     std::atomic<bool> serverEnabled_{true};

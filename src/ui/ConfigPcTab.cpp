@@ -118,12 +118,22 @@ void ConfigPcTab::setModels(const QList<technician::ModelInfo>& models)
         cmbModello->addItem(m.name);
 }
 
+void ConfigPcTab::selectOrAdd(QComboBox* box, const QString& text)
+{
+    if (!text.isEmpty() && box->findText(text) < 0)
+        box->addItem(text);
+    box->setCurrentIndex(box->findText(text));
+}
+
 void ConfigPcTab::fill(const ConfigPC& config)
 {
-    cmbModello->setCurrentIndex(cmbModello->findText(config.model));
+    // A stored model or speed outside the lists shows as it is stored, so
+    // that the next save keeps it.
+    selectOrAdd(cmbModello, config.model);
     savedPort_ = config.port;
+    savedDevice_ = config.device;
     cmbComPort->setCurrentText(config.device.isEmpty() ? config.port : config.device);
-    cmbSpeed->setCurrentText(config.speed > 0 ? QString::number(config.speed) : QString());
+    selectOrAdd(cmbSpeed, config.speed > 0 ? QString::number(config.speed) : QString());
     chkSRV->setChecked(config.serverState == QStringLiteral("On"));
     cmbSRVModalita->setCurrentText(config.serverMode);
     txtSRVDir->setText(config.serverDir);
@@ -140,6 +150,7 @@ ConfigForm ConfigPcTab::form() const
     const QString port = cmbComPort->currentText().trimmed();
     if (isComName(port)) {
         f.comPort = port;
+        f.clearDevice = !savedDevice_.isEmpty(); // else the stored device would still win
     } else {
         f.comPort = savedPort_; // the ComN setting stays as it was
         f.device = port;

@@ -48,7 +48,10 @@ private:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     Dialogs& dialogs_;
-    QString savedPort_; // "ComN" kept when a device path is chosen instead
+    static void selectOrAdd(QComboBox* box, const QString& text);
+
+    QString savedPort_;   // "ComN" kept when a device path is chosen instead
+    QString savedDevice_; // Dispositivo as loaded
     QComboBox* cmbModello;
     QComboBox* cmbComPort;
     QComboBox* cmbSpeed;

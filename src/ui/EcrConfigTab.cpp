@@ -63,6 +63,15 @@ EcrConfigTab::EcrConfigTab(service::DriverSession& session, Operator& op, Dialog
             [this] { readHeaderFromFile(ReceiptLines::Header); });
     connect(header_, &HeaderFooterPage::cmdReadPiede_Click, this,
             [this] { readHeaderFromFile(ReceiptLines::Footer); });
+    // The read at start-up fills the rate boxes as the read button would:
+    // a download of boxes left empty would spend one of the register's
+    // lifetime VAT changes on nothing.
+    connect(&session_, &service::DriverSession::vatRatesRead, vat_, [page = vat_](const QStringList& texts) {
+        std::array<QString, kVatRateCount> rates;
+        for (int i = 0; i < kVatRateCount; ++i)
+            rates[i] = texts.value(i);
+        page->setRates(rates);
+    });
     connect(vat_, &VatDepartmentsPage::cmdReadIVA_Click, this, [this] { cmdReadIVA_Click(false); });
     connect(vat_, &VatDepartmentsPage::cmdreadParmIVAREP_Click, this, [this] { cmdReadIVA_Click(true); });
     connect(payments_, &PaymentsPage::cmdReadPagamenti_Click, this, &EcrConfigTab::cmdReadPagamenti_Click);

@@ -286,8 +286,9 @@ void MainForm::saveConfiguration()
 {
     StatusPanels* bar = &operator_;
     SaveConfigPC(IniFile(IniPath(options_.programFolder)), configTab_->form(), config_, *bar);
-    // Port, speed and the server's folder take effect at the next start;
-    // the server switch at once.
+    // Port, speed and the two rewrite options take effect at the next
+    // start; the server's folder, file name and switch at once.
+    session_->setSpool(config_.serverDir, config_.serverFile);
     session_->setServerEnabled(config_.serverState == QStringLiteral("On"));
 }
 

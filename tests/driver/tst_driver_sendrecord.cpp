@@ -95,13 +95,19 @@ void SendRecordTest::policy_data()
 
     QTest::newRow("accepted") << QStringList{answer("00")} << "<ACK>" << "accettata" << QStringList{r}
                               << QStringList{} << QStringList{} << qint64(0);
-    QTest::newRow("busy three times, then accepted: sent four times, nothing logged")
+    QTest::newRow("busy three times, then accepted: sent four times, each repeat logged")
         << QStringList{answer("1A"), answer("1A"), answer("1A"), answer("00")} << "<ACK>" << "accettata"
-        << QStringList{r, r, r, r} << QStringList{busy, busy, busy} << QStringList{} << qint64(300);
+        << QStringList{r, r, r, r} << QStringList{busy, busy, busy}
+        << QStringList{"Busy, reinvia il comando", "Busy, reinvia il comando", "Busy, reinvia il comando"}
+        << qint64(300);
     QTest::newRow("refused: listed, logged, given up")
         << QStringList{answer("08")} << "<ACK>" << "rifiutata 8" << QStringList{r}
         << QStringList{"ECR-errore :8-Il reparto non esiste Ignoro l'errore"}
-        << QStringList{"Comando '" + r + "' - Errore N. 8"} << qint64(0);
+        << QStringList{"Il reparto non esiste"} << qint64(0);
+    QTest::newRow("refused with 126: its number ends in 26, its text is still logged")
+        << QStringList{answer("7E")} << "<ACK>" << "rifiutata 126" << QStringList{r}
+        << QStringList{"ECR-errore :126-Raggiunto l'importo massimo per totale scontrino Ignoro l'errore"}
+        << QStringList{"Raggiunto l'importo massimo per totale scontrino"} << qint64(0);
     QTest::newRow("unknown number counts as accepted")
         << QStringList{answer("48")} << "<ACK>" << "accettata" << QStringList{r} << QStringList{}
         << QStringList{} << qint64(0);
@@ -127,13 +133,13 @@ void SendRecordTest::policy_data()
         << QStringList{r, q, q, r}
         << QStringList{"ECR-errore :49-Carta finita Ricontrollo stato ECR e ripeto comando",
                        "ECR-errore :49-Carta finita Ricontrollo stato ECR e ripeto comando"}
-        << QStringList{"Comando '" + r + "' - Errore N. 49", "Comando '" + r + "' - Errore N. 49"}
+        << QStringList{"Carta finita", "Carta finita"}
         << qint64(3000 + 500 + 3000 + 3000);
     QTest::newRow("cover open, then a refusal read from the state query")
         << QStringList{answer("32"), answer("08")} << "<ACK>" << "rifiutata 8" << QStringList{r, q}
         << QStringList{"ECR-errore :50-Portello rotolo aperto Ricontrollo stato ECR e ripeto comando",
                        "ECR-errore :8-Il reparto non esiste Ignoro l'errore"}
-        << QStringList{"Comando '" + r + "' - Errore N. 50", "Comando '" + r + "' - Errore N. 8"}
+        << QStringList{"Portello rotolo aperto", "Il reparto non esiste"}
         << qint64(3000 + 500);
     QTest::newRow("no ACK to ENQ: link lost")
         << QStringList{} << "" << "non_inviata" << QStringList{}
@@ -191,7 +197,7 @@ void SendRecordTest::fatalErrorEmptiesTheQueue()
     QVERIFY(!rig.server.ReceiptOpen);
     QCOMPARE(rig.op.messages, QStringList{"ATTENZIONE: errore grave. Chiamare Casa madre"});
     QCOMPARE(logLines(rig.dir.path()),
-             (QStringList{"Comando '" + kRecord + "' - Errore N. 52", "errore grave. Chiamare Casa madre"}));
+             (QStringList{"Stampante scollegata", "errore grave. Chiamare Casa madre"}));
 }
 
 void SendRecordTest::stopGivesUpARepeatingRecord()

@@ -41,7 +41,9 @@ private Q_SLOTS:
     void lineEnds();
     void claimedFilesAreGone();
     void nothingWhileTheRegisterIsUnknown();
-    void aFileStillBeingWrittenWaits();
+    void aFileIsTakenOnceItStopsChanging_data();
+    void aFileIsTakenOnceItStopsChanging();
+    void aFileThatCannotBeClaimedIsLoggedOnce();
     void testModeAsksBeforeDeleting_data();
     void testModeAsksBeforeDeleting();
     void twoFilesAreQueuedBeforeSending();
@@ -59,11 +61,13 @@ void SpoolTest::masks_data()
     QTest::addColumn<QStringList>("taken"); // sorted tags of the files taken
 
     QTest::newRow("exact name, any case") << "SCONTRINO.TXT" << QStringList{"SCONTRINO"};
-    QTest::newRow("*.txt ends with") << "*.txt" << QStringList{"RECORD", "SCO1", "SCONTRINO"};
+    QTest::newRow("a hidden file named") << ".scontrino.txt" << QStringList{"HIDDEN"};
+    QTest::newRow("*.txt ends with") << "*.txt" << QStringList{"HIDDEN", "RECORD", "SCO1", "SCONTRINO"};
     QTest::newRow("SCO* begins with") << "SCO*" << QStringList{"SCO1", "SCODAT", "SCONTRINO"};
     QTest::newRow("*ord* contains") << "*ord*" << QStringList{"RECORD"};
-    QTest::newRow("* takes all but forbidden") << "*" << QStringList{"OTHER", "RECORD", "SCO1", "SCODAT", "SCONTRINO"};
-    QTest::newRow("*.* takes all but forbidden") << "*.*" << QStringList{"OTHER", "RECORD", "SCO1", "SCODAT", "SCONTRINO"};
+    // The program's own files are never receipts, whatever the mask.
+    QTest::newRow("* takes all but forbidden") << "*" << QStringList{"HIDDEN", "OTHER", "RECORD", "SCO1", "SCODAT", "SCONTRINO"};
+    QTest::newRow("*.* takes all but forbidden") << "*.*" << QStringList{"HIDDEN", "OTHER", "RECORD", "SCO1", "SCODAT", "SCONTRINO"};
 }
 
 void SpoolTest::masks()
@@ -79,6 +83,9 @@ void SpoolTest::masks()
     rig.drop(QStringLiteral("record.txt"), receipt(QStringLiteral("RECORD")));
     rig.drop(QStringLiteral("other.dat"), receipt(QStringLiteral("OTHER")));
     rig.drop(QStringLiteral("scontrino.tmp"), receipt(QStringLiteral("TMP")));
+    rig.drop(QStringLiteral(".scontrino.txt"), receipt(QStringLiteral("HIDDEN")));
+    rig.drop(QStringLiteral("Totali.txt"), receipt(QStringLiteral("TOTALI")));
+    rig.drop(QStringLiteral("99KDV00000120261121.FMN"), receipt(QStringLiteral("SNAPSHOT")));
     rig.server().ScanServerDir();
     QStringList tags = soldTags(rig.journal());
     tags.sort();
@@ -125,15 +132,54 @@ void SpoolTest::nothingWhileTheRegisterIsUnknown()
     QVERIFY(QFile::exists(rig.spoolFile(QStringLiteral("scontrino.txt"))));
 }
 
-void SpoolTest::aFileStillBeingWrittenWaits()
+void SpoolTest::aFileIsTakenOnceItStopsChanging_data()
+{
+    QTest::addColumn<qint64>("ageMs");     // of its time stamp when first seen; negative: ahead
+    QTest::addColumn<bool>("grows");       // written again before the second scan
+    QTest::addColumn<qint64>("betweenMs"); // between the two scans
+    QTest::addColumn<int>("takenAtScan");  // 1, 2, or 0 for not yet
+
+    QTest::newRow("written a while ago: at once") << qint64(1000) << false << qint64(0) << 1;
+    QTest::newRow("fresh: at the next tick") << qint64(0) << false << qint64(250) << 2;
+    QTest::newRow("fresh, looked at again too soon") << qint64(0) << false << qint64(150) << 0;
+    QTest::newRow("still growing") << qint64(0) << true << qint64(250) << 0;
+    QTest::newRow("dated an hour ahead: at the next tick") << qint64(-3600000) << false << qint64(250) << 2;
+    QTest::newRow("dated ahead and still growing") << qint64(-3600000) << true << qint64(250) << 0;
+}
+
+void SpoolTest::aFileIsTakenOnceItStopsChanging()
+{
+    QFETCH(qint64, ageMs);
+    QFETCH(bool, grows);
+    QFETCH(qint64, betweenMs);
+    DriverRig rig;
+    rig.drop(QStringLiteral("scontrino.txt"), QByteArray("3/S/A//1/1.00/1/4/\r\n"), ageMs);
+    rig.server().ScanServerDir();
+    const bool first = !rig.journal().isEmpty();
+    if (grows)
+        rig.drop(QStringLiteral("scontrino.txt"), receipt(QStringLiteral("A")), ageMs);
+    rig.clock.advance(betweenMs);
+    rig.server().ScanServerDir();
+    QTEST(first ? 1 : rig.journal().isEmpty() ? 0 : 2, "takenAtScan");
+}
+
+void SpoolTest::aFileThatCannotBeClaimedIsLoggedOnce()
 {
     DriverRig rig;
-    rig.drop(QStringLiteral("scontrino.txt"), QByteArray("3/S/A//1/1.00/1/4/\r\n"), 0);
-    rig.server().ScanServerDir();
-    QVERIFY(rig.journal().isEmpty());
     rig.drop(QStringLiteral("scontrino.txt"), receipt(QStringLiteral("A")));
+    // Where the claim would move it, a folder that cannot be removed.
+    QVERIFY(QDir(rig.spool.path()).mkpath(QStringLiteral("scontrino.txt.drev/inside")));
+    for (int tick = 0; tick < 8; ++tick) {
+        rig.server().ScanServerDir();
+        rig.clock.advance(100);
+    }
+    QCOMPARE(rig.logMessages(), QStringList{"File non acquisito, riprovo"});
+    QVERIFY(rig.journal().isEmpty());
+    QVERIFY(QFile::exists(rig.spoolFile(QStringLiteral("scontrino.txt"))));
+    QVERIFY(QDir(rig.spoolFile(QStringLiteral("scontrino.txt.drev"))).removeRecursively());
+    rig.clock.advance(250);
     rig.server().ScanServerDir();
-    QCOMPARE(rig.journal(), (QStringList{"3/S/A//1/1.00/1/4/", "5/1/0.00/////"}));
+    QCOMPARE(soldTags(rig.journal()), QStringList{"A"});
 }
 
 void SpoolTest::testModeAsksBeforeDeleting_data()

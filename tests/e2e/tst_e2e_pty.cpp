@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <unistd.h>
 
 namespace {
 
@@ -27,6 +28,17 @@ void writeFile(const QString& path, const QByteArray& bytes)
     QFile f(path);
     QVERIFY(f.open(QIODevice::WriteOnly));
     f.write(bytes);
+}
+
+// CPU seconds a process has used so far, user and system.
+double cpuSeconds(qint64 pid)
+{
+    QFile f(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!f.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray stat = f.readAll();
+    const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+    return double(fields.value(11).toLongLong() + fields.value(12).toLongLong()) / double(sysconf(_SC_CLK_TCK));
 }
 
 // The answer file of a receipt: its state, and "Esito" of each line in order.
@@ -70,13 +82,22 @@ public:
             sim.kill();
     }
 
-    void configure(const QString& model, const QString& device) const
+    void configure(const QString& model, const QString& device, const QString& mask = QStringLiteral("*.txt")) const
     {
         writeFile(dir.filePath(QStringLiteral("KelmDrev.ini")),
                   QStringLiteral("[Parametri]\r\nModello=%1\r\nVelocita=115200\r\nDispositivo=%2\r\n"
-                                 "ServerDir=%3\r\nServerFile=*.txt\r\nServerStato=On\r\n")
-                      .arg(model, device, spool)
+                                 "ServerDir=%3\r\nServerFile=%4\r\nServerStato=On\r\n")
+                      .arg(model, device, spool, mask)
                       .toLatin1());
+    }
+
+    // Every line of the driver's daily logs in the spool folder.
+    QStringList log() const
+    {
+        QStringList lines;
+        for (const QString& name : QDir(spool).entryList({QStringLiteral("*.log")}, QDir::Files | QDir::Hidden))
+            lines << fileLines(QDir(spool).filePath(name));
+        return lines;
     }
 
     QString fault(const QByteArray& command)
@@ -124,6 +145,7 @@ private Q_SLOTS:
     void headlessDriverTakesReceiptFiles();
     void pulledAndPluggedBackMidReceipt();
     void fatalErrorInAQueueOfTwoFiles();
+    void spoolAsAShopHasIt();
     void registerOffAtStart_data();
     void registerOffAtStart();
     void headlessRefusesToStart_data();
@@ -272,12 +294,51 @@ void EndToEndTest::fatalErrorInAQueueOfTwoFiles()
     ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
     QVERIFY(driver.waitForFinished(15000));
     QCOMPARE(answerOf(bench.spool, "a.txt").lines, (QStringList{"accettata", "rifiutata 52", "non_inviata errore_grave"}));
+    QVERIFY2(bench.log().filter("Stampante scollegata").size() == 1, qPrintable(bench.log().join('\n')));
     // The folder lists them in no set order: b.txt went first, or was emptied.
     if (fileLines(bench.journal).contains("3/S/DUE//1/2.00/1/4/"))
         QCOMPARE(answerOf(bench.spool, "b.txt").state, QStringLiteral("stampato"));
     else
         QCOMPARE(answerOf(bench.spool, "b.txt").lines,
                  (QStringList{"non_inviata errore_grave", "non_inviata errore_grave"}));
+}
+
+void EndToEndTest::spoolAsAShopHasIt()
+{
+    Bench bench({"--fault", "refuse 3/S/TROPPO 126"});
+    QVERIFY(bench.ready);
+    bench.configure(QStringLiteral("Kelm Brio"), bench.link, QStringLiteral("*"));
+    const QDir spool(bench.spool);
+    writeFile(spool.filePath("Totali.txt"), "3/S/TOTALI//1/1.00/1/4/\r\n");
+    // A receipt that cannot be claimed: where it would be moved, a folder.
+    writeFile(spool.filePath("fermo.txt"), "3/S/FERMO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+    QVERIFY(spool.mkpath("fermo.txt.drev/dentro"));
+    QProcess driver;
+    driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
+    QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains("e/"), 10000);
+    // Stamped an hour ahead, as a share with a fast clock leaves it.
+    {
+        QFile a(spool.filePath("a.txt"));
+        QVERIFY(a.open(QIODevice::WriteOnly));
+        a.write("3/S/UNO//1/1.00/1/4/\r\n3/S/TROPPO//1/9.00/1/4/\r\n5/1/0.00/////\r\n");
+        a.setFileTime(QDateTime::currentDateTime().addSecs(3600), QFileDevice::FileModificationTime);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato_con_rifiuti"), 10000);
+
+    // Waiting on the file it cannot claim costs nothing and says so once.
+    const double before = cpuSeconds(driver.processId());
+    QTest::qWait(10000);
+    const double used = cpuSeconds(driver.processId()) - before;
+    QVERIFY2(used < 0.25, qPrintable(QString::number(used)));
+    QCOMPARE(bench.log().filter("File non acquisito").size(), 1);
+    QCOMPARE(bench.log().filter("Raggiunto l'importo massimo per totale scontrino").size(), 1);
+    // Its own files are not receipts, though "*" matches them.
+    QVERIFY(QFile::exists(spool.filePath("Totali.txt")));
+    QCOMPARE(fileLines(bench.journal).filter(QRegularExpression("^[35]/")),
+             (QStringList{"3/S/UNO//1/1.00/1/4/", "5/1/0.00/////"}));
+    QCOMPARE(answerOf(bench.spool, "a.txt").lines, (QStringList{"accettata", "rifiutata 126", "accettata"}));
+    ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+    QVERIFY(driver.waitForFinished(15000));
 }
 
 void EndToEndTest::registerOffAtStart_data()

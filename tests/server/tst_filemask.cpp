@@ -145,7 +145,8 @@ void TestFileMask::listDirectory()
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
     for (const char* name : {"SCONTRINO.TXT", "sco1.txt", "sco2.dat", "sco3.tmp", ".sco.txt",
-                             "DREV20261122.log", "Totali.txt", "sco1.txt.drev", "sco4.FMN"}) {
+                             "DREV20261122.log", "Totali.txt", "sco1.txt.drev", "sco4.FMN",
+                             "KelmDrev.ini", "KelmDrev.pending", "FileExt.ini", "Totali.txt.aB3x9Z"}) {
         QFile file(dir.filePath(QString::fromLatin1(name)));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }

@@ -179,6 +179,7 @@ private Q_SLOTS:
         QCOMPARE(AnswerFiles::folderFor(QStringLiteral("off"), dir.path() + u'/'), QString());
         const QString folder = AnswerFiles::folderFor(QString(), dir.path() + u'/');
         QCOMPARE(folder, dir.path() + QStringLiteral("/esiti"));
+        QCOMPARE(AnswerFiles::folderFor(dir.path(), dir.path() + u'/'), folder); // never the spool itself
         const auto stateOf = [&](const QString& name) {
             QFile f(QDir(folder).filePath(name));
             return f.open(QIODevice::ReadOnly) ? parseAnswerText(f.readAll())->state() : ReceiptState::NotPrinted;

@@ -4,6 +4,7 @@
 #include "ScriptedDialogs.h"
 #include "app/IniFile.h"
 #include "ui/MainForm.h"
+#include "server/PendingQueue.h"
 #include "ui/ModelAdaptation.h"
 
 #include <QAction>
@@ -72,6 +73,9 @@ private Q_SLOTS:
     void startModes_data();
     void startModes();
     void configurationRoundTrip();
+    void storedSettingsSurviveASave_data();
+    void storedSettingsSurviveASave();
+    void keptLinesWaitWhileTheServerIsOff();
     void exitQuestionWhileAReceiptIsOpen_data();
     void exitQuestionWhileAReceiptIsOpen();
     void modelAdaptation_data();
@@ -89,6 +93,8 @@ void MainFormTest::startUpShowsTheRegister()
     QCOMPARE(form.windowTitle(), QStringLiteral(" KelmDrev - Versione : ") + QStringLiteral(KELMDREV_VERSION));
     QTRY_COMPARE(panel(form, 3), QStringLiteral("KD-99KDV000001"));
     QCOMPARE(panel(form, 4), QStringLiteral("1.00"));
+    // The start-up's "e/" fills the rate boxes.
+    QTRY_COMPARE(form.findChild<QLineEdit*>(QStringLiteral("txtIVA_0"))->text(), QStringLiteral("22.00"));
     const QByteArray ini = readFile(home.dir.filePath("KelmDrev.ini"));
     QVERIFY(ini.contains("[Current]\r\nCampo=KD\r\nSN=99KDV000001\r\nNum=1\r\nFW=1.00\r\nDrev=" KELMDREV_VERSION "\r\n"));
     QVERIFY(form.findChild<QWidget*>(QStringLiteral("VirtualEcrPanel")));
@@ -230,9 +236,13 @@ void MainFormTest::configurationRoundTrip()
         form.findChild<QCheckBox*>(QStringLiteral("chkLog"))->setChecked(false);
         form.findChild<QCheckBox*>(QStringLiteral("chkWrapDescription"))->setChecked(true);
         dialogs.chosenDirectory = home.spool() + QStringLiteral("/other");
+        QVERIFY(QDir().mkpath(dialogs.chosenDirectory));
         QTest::mouseClick(form.findChild<QPushButton*>(QStringLiteral("cmdSRVDir")), Qt::LeftButton);
         QCOMPARE(dialogs.asked.last(), QStringLiteral("Indicare la cartella di lavoro temporanea del Server"));
         QTest::mouseClick(form.findChild<QPushButton*>(QStringLiteral("cmdSalvaConfigPC")), Qt::LeftButton);
+        // The running server takes its receipts from the new folder at once.
+        writeFile(dialogs.chosenDirectory + "/nuovo.txt", "3/S/NUOVO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+        QTRY_VERIFY_WITH_TIMEOUT(readFile(home.dir.filePath("virtual-ecr-journal.txt")).contains("3/S/NUOVO//"), 5000);
     }
     const IniFile ini(home.dir.filePath("KelmDrev.ini"));
     const QMap<QString, QString> expected = {
@@ -250,6 +260,58 @@ void MainFormTest::configurationRoundTrip()
     QVERIFY(!again.findChild<QCheckBox*>(QStringLiteral("chkLog"))->isChecked());
 }
 
+void MainFormTest::storedSettingsSurviveASave_data()
+{
+    QTest::addColumn<QByteArray>("stored"); // section Parametri but for the spool
+    QTest::addColumn<QByteArray>("kept");   // a line the save must leave as it is
+    QTest::addColumn<QByteArray>("absent"); // a key the save must not write
+
+    const QByteArray brio = "Modello=Kelm Brio\r\n";
+    const QByteArray virt = "Dispositivo=virtual\r\n";
+    QTest::newRow("a speed outside the list") << brio + "Velocita=19200\r\n" + virt << QByteArray("Velocita=19200\r\n")
+                                              << QByteArray("<none>");
+    QTest::newRow("a model outside the table") << "Modello=Cassa Nuova\r\nVelocita=9600\r\n" + virt
+                                               << QByteArray("Modello=Cassa Nuova\r\n") << QByteArray("<none>");
+    QTest::newRow("a ComN port writes no device") << brio + "Velocita=9600\r\nPorta=3\r\n"
+                                                  << QByteArray("Porta=3\r\n") << QByteArray("Dispositivo");
+}
+
+void MainFormTest::storedSettingsSurviveASave()
+{
+    QFETCH(QByteArray, stored);
+    QFETCH(QByteArray, kept);
+    QFETCH(QByteArray, absent);
+    Home home;
+    const QString path = home.dir.filePath("KelmDrev.ini");
+    writeFile(path, "[Parametri]\r\n" + stored + "ServerDir=" + home.spool().toLatin1() + "\r\n");
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+    form.start();
+    QTest::mouseClick(form.findChild<QPushButton*>(QStringLiteral("cmdSalvaConfigPC")), Qt::LeftButton);
+    const QByteArray saved = readFile(path);
+    QVERIFY2(saved.contains(kept), saved.constData());
+    QVERIFY2(!saved.contains(absent), saved.constData());
+}
+
+void MainFormTest::keptLinesWaitWhileTheServerIsOff()
+{
+    Home home("ServerStato=Off\r\n");
+    server::savePendingQueue(server::pendingQueuePath(home.dir.path()),
+                             {{QStringLiteral("3/S/RIMASTO//1/1.00/1/4/")}, {QStringLiteral("5/1/0.00/////")}});
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(form.start());
+    QTRY_COMPARE(panel(form, 3), QStringLiteral("KD-99KDV000001"));
+    std::atomic<bool> settled{false};
+    form.session().post([&](EcrLink&) { settled = true; });
+    QTRY_VERIFY(settled);
+    QVERIFY(!readFile(home.dir.filePath("virtual-ecr-journal.txt")).contains("RIMASTO"));
+    form.findChild<QCheckBox*>(QStringLiteral("chkSRV"))->setChecked(true);
+    QTRY_VERIFY(readFile(home.dir.filePath("virtual-ecr-journal.txt")).contains("3/S/RIMASTO//1/1.00/1/4/\n5/1/"));
+}
+
 void MainFormTest::exitQuestionWhileAReceiptIsOpen_data()
 {
     QTest::addColumn<bool>("yes");
@@ -260,19 +322,31 @@ void MainFormTest::exitQuestionWhileAReceiptIsOpen_data()
 void MainFormTest::exitQuestionWhileAReceiptIsOpen()
 {
     QFETCH(bool, yes);
-    Home home("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
+    // A register that takes 300 ms over every answer: Exit is chosen while
+    // the file that opened the receipt is still being sent.
+    QTemporaryDir simDir;
+    const QString link = simDir.filePath(QStringLiteral("tty"));
+    const QString journal = simDir.filePath(QStringLiteral("journal.txt"));
+    QProcess sim;
+    sim.start(QStringLiteral(ECRSIM_EXE), {"--link", link, "--delay", "300", "--journal", journal});
+    QVERIFY(sim.waitForReadyRead(5000));
+    Home home("ServerStato=On\r\nServerFile=scontrino.txt\r\n", link.toLatin1());
     ScriptedDialogs dialogs;
     dialogs.answers = {yes ? ui::Dialogs::Button::Yes : ui::Dialogs::Button::No};
     MemoryPasswords passwords;
     MainForm form({home.dir.path(), false}, &dialogs, &passwords);
     QVERIFY(form.start());
-    QTRY_COMPARE(panel(form, 3), QStringLiteral("KD-99KDV000001"));
-    writeFile(home.spool() + "/scontrino.tmp", "3/S/REPARTO1//1/5.26/1/4/\r\n");
+    QTRY_COMPARE_WITH_TIMEOUT(panel(form, 3), QStringLiteral("KD-99KDV000001"), 10000);
+    writeFile(home.spool() + "/scontrino.tmp",
+              "3/S/UNO//1/1.00/1/4/\r\n3/S/DUE//1/1.00/1/4/\r\n3/S/TRE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
     QFile::rename(home.spool() + "/scontrino.tmp", home.spool() + "/scontrino.txt");
-    QTRY_VERIFY_WITH_TIMEOUT(form.session().receiptOpen(), 5000);
+    QTRY_VERIFY_WITH_TIMEOUT(readFile(journal).contains("3/S/UNO//"), 10000);
+    QVERIFY(!readFile(journal).contains("5/1/"));
     form.mnuFileExit_Click();
     QCOMPARE(dialogs.asked, QStringList{"ATTENZIONE: Scontrino Aperto !\r\n\r\nProseguo ?"});
     QCOMPARE(form.isVisible(), !yes);
+    sim.write("quit\n");
+    sim.waitForFinished(3000);
 }
 
 void MainFormTest::modelAdaptation_data()
