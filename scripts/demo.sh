@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The main job on a machine with no register: installs what is missing,
-# builds, starts driver mode on the built-in virtual ECR, drops a test
-# receipt into the spool folder and shows it as the register printed it.
+# builds, starts driver mode on the built-in virtual ECR (in the window when
+# there is a display, headless otherwise), drops a test receipt into the
+# spool folder and shows it as the register printed it.
 # The driver keeps running: drop more receipt files into demo/spool, and
 # stop it with Ctrl+C.
 set -euo pipefail
@@ -18,7 +19,13 @@ printf '[Parametri]\r\nModello=Kelm Brio\r\nVelocita=115200\r\nDispositivo=virtu
   "$demo/spool" > "$demo/KelmDrev.ini"
 printf '[exe]\r\n[log]\r\n' > "$demo/FileExt.ini"
 
-build/default/src/kelmdrev --headless --home "$demo" --verbose &
+# With a display, the window (the receipt prints in its "ECR virtuale"
+# panel); without one, driver mode headless.
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+  build/default/src/kelmdrev --home "$demo" &
+else
+  build/default/src/kelmdrev --headless --home "$demo" --verbose &
+fi
 driver=$!
 trap 'kill -INT $driver 2>/dev/null; wait $driver' INT TERM
 
@@ -35,5 +42,5 @@ echo
 echo "---- the virtual ECR printed ($demo/virtual-ecr-paper.txt) ----"
 cat "$demo/virtual-ecr-paper.txt"
 echo "----"
-echo "Driver running. Drop receipt files named scontrino.txt into $demo/spool; Ctrl+C stops."
+echo "Driver running. Drop receipt files named scontrino.txt into $demo/spool; Ctrl+C (or Esci) stops."
 wait $driver

@@ -5,6 +5,7 @@
 #include "app/ShutdownSignal.h"
 #include "http/HttpService.h"
 #include "service/DriverSession.h"
+#include "ui/ItalianQt.h"
 #include "ui/MainForm.h"
 
 #include <QApplication>
@@ -62,6 +63,7 @@ int runHeadless(const kelm::CommandLine& commandLine)
 int runWindow(const kelm::CommandLine& commandLine)
 {
     QApplication::setQuitOnLastWindowClosed(false); // the tray icon keeps the driver alive
+    kelm::ui::installQtItalian(*QCoreApplication::instance());
     const QString folder = kelm::ProgramFolder(commandLine.home);
     kelm::ui::MainForm form({folder, commandLine.testMode});
     if (!form.start())

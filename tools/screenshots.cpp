@@ -1,5 +1,8 @@
 // Starts the window on the built-in virtual ECR in a scratch folder, lets a
-// test receipt go through, and saves a picture of every tab.
+// test receipt go through, and saves a picture of every tab. With a second
+// argument (a name suffix such as "1024"), the window takes the screen as a
+// shop PC leaves it (less a title bar and a taskbar) and the pictures are
+// named tab-N-suffix.png: run it under Xvfb at that screen size.
 #include "technician/TechnicianLogin.h"
 #include "ui/Dialogs.h"
 #include "ui/MainForm.h"
@@ -9,6 +12,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -80,11 +84,21 @@ int main(int argc, char** argv)
             button->click();
     waitUntil([] { return false; }, 1500);
 
+    const QString suffix = argc > 2 ? u'-' + QString::fromLocal8Bit(argv[2]) : QString();
+    if (!suffix.isEmpty()) {
+        constexpr int kTitleBarAndTaskbar = 70;
+        const QRect screen = form.screen()->availableGeometry();
+        form.setGeometry(screen.adjusted(0, 0, 0, -kTitleBarAndTaskbar));
+        if (form.minimumSizeHint().height() > form.height() || form.minimumSizeHint().width() > form.width())
+            std::printf("the window does not fit: it needs %dx%d\n", form.minimumSizeHint().width(),
+                        form.minimumSizeHint().height());
+    }
+
     auto* tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTabPrimaria"));
     for (int i = 0; i < tabs->count(); ++i) {
         tabs->setCurrentIndex(i);
         waitUntil([] { return false; }, 600); // the technician page reads the display
-        const QString path = QStringLiteral("%1/tab-%2.png").arg(out).arg(i);
+        const QString path = QStringLiteral("%1/tab-%2%3.png").arg(out).arg(i).arg(suffix);
         if (!form.grab().save(path))
             return 2;
         std::printf("%s\n", qPrintable(path));

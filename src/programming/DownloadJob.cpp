@@ -52,11 +52,24 @@ QList<PluRow> runPluDownload(EcrLink& link, Operator& op, const QList<PluRow>& r
     PanelCommand panel(link, op);
     QList<PluRow> sent;
     const int total = int(rows.size());
-    for (int r = 0; r < total && !stopped(stop); ++r) {
+    // The failure box of a row offers to stop: a file of bad rows would
+    // otherwise bring one box after another, and the stop button cannot be
+    // reached while a box is up.
+    bool halted = false;
+    for (int r = 0; r < total && !halted; ++r) {
         sent.append(withNormalisedNumbers(rows[r]));
-        if (panel(pluRecord(r + 1, sent.back())) != 0)
-            show(op, downloadFailure(branch, panel.LastAnswer, sent.back()[0]));
+        if (panel(pluRecord(r + 1, sent.back())) != 0) {
+            const Notice failure = downloadFailure(branch, panel.LastAnswer, sent.back()[0]);
+            halted = op.ask(failure.text, failure.title, failure.icon, {Operator::Button::Ok, Operator::Button::Cancel},
+                                 Operator::Button::Ok)
+                == Operator::Button::Cancel;
+        }
         report(progress, r + 1, total);
+        halted = halted || stopped(stop);
+    }
+    if (halted || stopped(stop)) {
+        show(op, pluDownloadStopped(int(sent.size()), total));
+        return sent;
     }
     // The register may hold PLUs that the grid no longer has.
     for (SurplusPluScan scan(total); !scan.finished() && !stopped(stop);) {
@@ -69,7 +82,7 @@ QList<PluRow> runPluDownload(EcrLink& link, Operator& op, const QList<PluRow>& r
         if (panel(pluDeletionRecord(number)) != 0)
             break;
     }
-    show(op, downloadSuccess(branch));
+    show(op, stopped(stop) ? pluDownloadStopped(total, total) : downloadSuccess(branch));
     return sent;
 }
 

@@ -29,8 +29,10 @@ qint16 runDownload(EcrLink& link, Operator& op, const DownloadBranch& branch,
                    const std::atomic<bool>* stop = nullptr);
 
 // The PLU table: every row as "P/", then the register's PLUs beyond the
-// grid are probed and deleted, then "PLU scaricate". Returns the rows as
-// sent (numbers normalised) for the grid to show.
+// grid are probed and deleted, then "PLU scaricate". A row's failure box
+// asks whether to go on (Cancel stops, as `stop` does); a stopped download
+// says so instead. Returns the rows as sent (numbers normalised) for the
+// grid to show.
 QList<PluRow> runPluDownload(EcrLink& link, Operator& op, const QList<PluRow>& rows,
                              const Progress& progress = {}, const std::atomic<bool>* stop = nullptr);
 

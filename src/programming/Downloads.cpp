@@ -75,6 +75,20 @@ Notice downloadSuccess(const DownloadBranch& branch)
     return {branch.successText, kSuccessTitle, Operator::Icon::Information};
 }
 
+Question emptyPluGridQuestion()
+{
+    return {QStringLiteral("La griglia PLU è vuota: lo scarico cancella tutte le PLU dell'ECR.") + kCrLf
+                + QStringLiteral("Confermare Operazione?"),
+            QStringLiteral("ATTENZIONE"), Operator::Icon::Warning,
+            {Operator::Button::Ok, Operator::Button::Cancel}, Operator::Button::Cancel, Operator::Button::Ok};
+}
+
+Notice pluDownloadStopped(int sent, int total)
+{
+    return {QStringLiteral("Scarico PLU interrotto: %1 di %2 righe scaricate").arg(sent).arg(total), kSuccessTitle,
+            Operator::Icon::Information};
+}
+
 Notice unknownDownloadIndex()
 {
     return {QStringLiteral("Errore 90 : Avvisare produttore"), kFailureTitle, Operator::Icon::Critical};

@@ -48,6 +48,13 @@ Notice downloadFailure(const DownloadBranch& branch, const QString& lastAnswer,
 
 Notice downloadSuccess(const DownloadBranch& branch);
 
+// Asked before a PLU download with an empty grid: it deletes every PLU of
+// the register. Cancel is the default.
+Question emptyPluGridQuestion();
+
+// A PLU download stopped by the user: what was sent stays sent.
+Notice pluDownloadStopped(int sent, int total);
+
 // "Errore 90 : Avvisare produttore".
 Notice unknownDownloadIndex();
 

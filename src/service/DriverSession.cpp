@@ -15,6 +15,8 @@ namespace kelm::service {
 namespace {
 
 constexpr int kTickMs = 250;
+const QString kKeyboardSaleHold =
+    QStringLiteral("Vendita in corso dalla tastiera virtuale: gli scontrini dal PC attendono nella cartella");
 
 bool isOn(const QString& value)
 {
@@ -149,7 +151,7 @@ void DriverSession::sendQueue()
 {
     // What was queued when the line went (or when the last run stopped)
     // goes first, in its order.
-    if (!server_->queue.isEmpty())
+    if (!server_->queue.isEmpty() && !keyboardSale_)
         server_->ProcessReceiptQueue();
     if (answers_)
         answers_->flush();
@@ -157,6 +159,19 @@ void DriverSession::sendQueue()
         lineDown(QString(), true);
     else if (serverEnabled_ && !timer_->isActive())
         timer_->start();
+}
+
+void DriverSession::setKeyboardSaleOpen(bool open)
+{
+    session_.post([this, open] {
+        if (keyboardSale_ == open || !server_)
+            return;
+        keyboardSale_ = open;
+        op_.setPanel(1, open ? QStringLiteral("Attenzione!") : QString());
+        op_.setPanel(2, open ? kKeyboardSaleHold : QString());
+        if (!open && !lineLost_ && serverEnabled_ && !server_->serialNumber.isEmpty())
+            sendQueue();
+    });
 }
 
 void DriverSession::lineDown(const QString& why, bool logged)
@@ -255,7 +270,8 @@ void DriverSession::tick()
 {
     if (stopping_ || !server_ || lineLost_)
         return;
-    server_->ScanServerDir();
+    if (!keyboardSale_)
+        server_->ScanServerDir();
     if (answers_)
         answers_->flush();
     if (server_->lineLost && !stopping_) {

@@ -82,6 +82,11 @@ public:
     // The run-time list (chkRunTimeLog) and the log file (chkLog).
     void setRunTimeListOn(bool on);
     void setLogOn(bool on);
+    // A sale keyed on the virtual keyboard is open (the display did not read
+    // 0 after a key): no receipt file is taken, and nothing queued is sent,
+    // until it is closed, so that a point-of-sale receipt never lands inside
+    // it. Files that arrive meanwhile wait in the folder.
+    void setKeyboardSaleOpen(bool open);
     // Whether the server believes a receipt is open on the register.
     bool receiptOpen() const { return receiptOpen_; }
     // The driver as it looks now; from any thread, never waits for the line.
@@ -132,6 +137,7 @@ private:
     std::unique_ptr<server::AnswerFiles> answers_;
     bool lineLost_ = false;
     bool vatRatesShown_ = false;
+    bool keyboardSale_ = false;
     VatRateTable vatRates_ = unknownVatRates();
     std::atomic<bool> serverEnabled_{true};
     bool runTimeListOn_ = true;

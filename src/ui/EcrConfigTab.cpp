@@ -17,6 +17,7 @@
 #include "ui/PluPage.h"
 #include "ui/SParametersPage.h"
 #include "ui/VatDepartmentsPage.h"
+#include "ui/Widgets.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -38,11 +39,11 @@ EcrConfigTab::EcrConfigTab(service::DriverSession& session, Operator& op, Dialog
 {
     setObjectName(QStringLiteral("pageConfigEcr"));
     pages_->setObjectName(QStringLiteral("SSTabConfigEcr"));
-    pages_->addTab(header_, QStringLiteral("Intestazione"));
-    pages_->addTab(vat_, QStringLiteral("IVA e Reparti"));
-    pages_->addTab(payments_, QStringLiteral("Pagamenti"));
-    pages_->addTab(sParameters_, QStringLiteral("Parametri S"));
-    pages_->addTab(logos_, QStringLiteral("Loghi"));
+    pages_->addTab(scrolling(header_), QStringLiteral("Intestazione"));
+    pages_->addTab(scrolling(vat_), QStringLiteral("IVA e Reparti"));
+    pages_->addTab(scrolling(payments_), QStringLiteral("Pagamenti"));
+    pages_->addTab(scrolling(sParameters_), QStringLiteral("Parametri S"));
+    pages_->addTab(scrolling(logos_), QStringLiteral("Loghi"));
     pages_->addTab(plu_, QStringLiteral("PLU"));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(pages_);
@@ -189,6 +190,8 @@ std::shared_ptr<std::atomic<bool>> EcrConfigTab::newPluStop()
 void EcrConfigTab::downloadPlu()
 {
     const QList<PluRow> rows = plu_->normaliseNumbers();
+    if (rows.isEmpty() && !confirmed(dialogs_, emptyPluGridQuestion()))
+        return;
     QPointer<PluPage> page = plu_;
     page->operationStarted(int(rows.size()));
     if (rows.isEmpty())
@@ -306,6 +309,7 @@ void EcrConfigTab::cmdResetParmS_Click()
     if (!confirmed(dialogs_, resetSParametersQuestion()))
         return;
     sParameters_->setParameters(parseSParameters(defaultSParametersAnswer()));
+    sParameters_->setDownloadEnabled(true);
     show(sParametersResetNotice());
 }
 

@@ -9,10 +9,16 @@
 #include "ui/DlgLoginTecnico.h"
 #include "ui/EcrConfigTab.h"
 #include "ui/ModelAdaptation.h"
+#include "ui/ProgramIcon.h"
+#include "ui/RunningWindow.h"
+#include "service/ReceiptAlert.h"
+#include "technician/VirtualDisplay.h"
+#include "ui/TitleFit.h"
 #include "ui/TechnicianFunctions.h"
 #include "ui/TechnicianPage.h"
 #include "ui/UsoEcrPage.h"
 #include "ui/VirtualEcrPanel.h"
+#include "ui/Widgets.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -20,7 +26,6 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
-#include <QStyle>
 #include <QSystemTrayIcon>
 #include <QTabWidget>
 #include <QTimer>
@@ -32,6 +37,8 @@ namespace {
 
 constexpr int kTechnicianPage = 3;
 constexpr int kVirtualEcrPage = 2;
+// Panel 1's title for the driver's own troubles (refusals, lost line).
+const QString kAttention = QStringLiteral("Attenzione!");
 
 } // namespace
 
@@ -53,19 +60,30 @@ MainForm::MainForm(Options options, Dialogs* dialogs, technician::PasswordStore*
 {
     setObjectName(QStringLiteral("MainForm"));
     setWindowTitle(caption());
-    setWindowIcon(style()->standardIcon(QStyle::SP_ComputerIcon));
+    setWindowIcon(programIcon());
+    qApp->installEventFilter(new TitleFit(this));
 
     SSTabPrimaria->setObjectName(QStringLiteral("SSTabPrimaria"));
-    SSTabPrimaria->addTab(configTab_, QStringLiteral("Configuraz. &PC"));
+    SSTabPrimaria->addTab(scrolling(configTab_), QStringLiteral("Configuraz. &PC"));
     auto* ecrTab = new EcrConfigTab(*session_, operator_, dialogs_, options_.programFolder);
     SSTabPrimaria->addTab(ecrTab, QStringLiteral("&Configuraz. ECR"));
     connect(this, &MainForm::technicianControlsEnabled, ecrTab, &EcrConfigTab::setTechnician);
     auto* keyboard = new UsoEcrPage;
     auto* technicianPage = new TechnicianPage;
-    SSTabPrimaria->addTab(keyboard, QStringLiteral("Uso come &ECR"));
-    SSTabPrimaria->addTab(technicianPage, QStringLiteral("*Pannello del &Tecnico"));
+    SSTabPrimaria->addTab(scrolling(keyboard), QStringLiteral("Uso come &ECR"));
+    SSTabPrimaria->addTab(scrolling(technicianPage), QStringLiteral("*Pannello del &Tecnico"));
     technicianFunctions_ = new TechnicianFunctions(*session_, operator_, dialogs_, keyboard, technicianPage,
                                                    [this] { return config_; }, this);
+    connect(technicianFunctions_, &TechnicianFunctions::displayRead, this,
+            [this](const QString& line1, const QString& line2) {
+                if (virtualEcr_)
+                    virtualEcr_->showDisplay(line1, line2);
+                session_->setKeyboardSaleOpen(!technician::displayReadsZero(line1));
+            });
+    // Looked at where it is recorded: a finished receipt may leave the book
+    // (into its answer file) before a queued call could read it.
+    connect(&session_->outcomes(), &server::OutcomeBook::changed, this, &MainForm::receiptChanged,
+            Qt::DirectConnection);
     connect(SSTabPrimaria, &QTabWidget::currentChanged, this, [this](int index) {
         if (index == kTechnicianPage)
             technicianFunctions_->technicianPageShown();
@@ -77,6 +95,9 @@ MainForm::MainForm(Options options, Dialogs* dialogs, technician::PasswordStore*
     for (int i = 0; i < 4; ++i) {
         panels_[i] = new QLabel;
         panels_[i]->setObjectName(QStringLiteral("sbMain_%1").arg(i + 1));
+        // A long message must not widen the window past the screen: it is
+        // cut on the bar and whole in the panel's tip.
+        panels_[i]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         bar->addWidget(panels_[i], i == 1 ? 3 : 1);
     }
     setStatusBar(bar);
@@ -86,7 +107,11 @@ MainForm::MainForm(Options options, Dialogs* dialogs, technician::PasswordStore*
     connect(&operator_, &WindowOperator::runTimeEntryAdded, configTab_, &ConfigPcTab::addRunTimeEntry);
     connect(&operator_, &WindowOperator::queueLinesChanged, configTab_, &ConfigPcTab::setQueueLines);
     connect(configTab_, &ConfigPcTab::saveRequested, this, &MainForm::saveConfiguration);
-    connect(configTab_, &ConfigPcTab::serverToggled, this, [this](bool on) { session_->setServerEnabled(on); });
+    connect(configTab_, &ConfigPcTab::serverToggled, this, [this](bool on) {
+        session_->setServerEnabled(on);
+        if (tray_)
+            tray_->setToolTip(trayTip());
+    });
     connect(configTab_, &ConfigPcTab::runTimeListToggled, this, [this](bool on) { session_->setRunTimeListOn(on); });
     connect(configTab_, &ConfigPcTab::logToggled, this, [this](bool on) { session_->setLogOn(on); });
     resize(980, 640);
@@ -97,6 +122,7 @@ MainForm::~MainForm()
     // The worker may be waiting for a question to be answered: from now on
     // it gets the default answer, and the session can be joined.
     operator_.closeDown();
+    disconnect(&session_->outcomes(), nullptr, this, nullptr);
     session_.reset();
 }
 
@@ -108,6 +134,10 @@ void MainForm::buildMenus()
     file->addSeparator();
     QAction* exit = file->addAction(QStringLiteral("&Esci"), this, &MainForm::mnuFileExit_Click);
     exit->setObjectName(QStringLiteral("mnuFileExit"));
+    // Filled by the panels that can be shown and hidden; hidden while empty.
+    mnuView_ = menuBar()->addMenu(QStringLiteral("&Visualizza"));
+    mnuView_->setObjectName(QStringLiteral("mnuView"));
+    mnuView_->menuAction()->setVisible(false);
     QMenu* help = menuBar()->addMenu(QStringLiteral("&?"));
     QAction* about = help->addAction(QStringLiteral("&Informazioni su KelmDrev..."), this, [this] {
         AboutBox box(this);
@@ -129,7 +159,7 @@ void MainForm::buildTray()
     mPopupSys->addAction(QStringLiteral("Esci"), this, &MainForm::mnuPopEsci_Click)
         ->setObjectName(QStringLiteral("mnuPopEsci"));
     tray_ = new QSystemTrayIcon(windowIcon(), this);
-    tray_->setToolTip(QStringLiteral("Kelm Drev"));
+    tray_->setToolTip(trayTip());
     tray_->setContextMenu(mPopupSys);
     connect(tray_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
@@ -145,10 +175,13 @@ bool MainForm::start()
     const QList<technician::ModelInfo> models = technician::setupModelli();
     configTab_->setModels(models);
 
+    startedAt_ = QDateTime::currentDateTime();
     if (session_->start() == kAlreadyRunning) {
+        RunningWindow::callForward(options_.programFolder);
         dialogs_.showMessage(kAlreadyRunning, QStringLiteral("ATTENZIONE"), Dialogs::Icon::Critical);
         return false;
     }
+    new RunningWindow(options_.programFolder, [this] { mnuPopApri_Click(); }, this);
     config_ = session_->config();
     const ConfigPC& config = config_;
     configTab_->fill(config);
@@ -183,6 +216,10 @@ void MainForm::showVirtualEcr()
     dock->setObjectName(QStringLiteral("dockVirtualEcr"));
     dock->setWidget(virtualEcr_);
     addDockWidget(Qt::RightDockWidgetArea, dock);
+    QAction* toggle = dock->toggleViewAction();
+    toggle->setObjectName(QStringLiteral("mnuViewVirtualEcr"));
+    mnuView_->addAction(toggle);
+    mnuView_->menuAction()->setVisible(true);
     virtualDisplayTimer_ = new QTimer(this);
     connect(virtualDisplayTimer_, &QTimer::timeout, this, [this] {
         QPointer<VirtualEcrPanel> panel = virtualEcr_;
@@ -199,8 +236,42 @@ void MainForm::showVirtualEcr()
 
 void MainForm::setPanel(int panel, const QString& text)
 {
-    if (panel >= 1 && panel <= 4)
-        panels_[panel - 1]->setText(text);
+    if (panel < 1 || panel > 4)
+        return;
+    panels_[panel - 1]->setText(text);
+    panels_[panel - 1]->setToolTip(text);
+    if (tray_)
+        tray_->setToolTip(trayTip());
+}
+
+void MainForm::receiptChanged(const QString& id)
+{
+    const std::optional<server::ReceiptOutcome> receipt = session_->outcomes().find(id);
+    if (!receipt)
+        return;
+    const service::ReceiptAlert alert = service::receiptAlert(*receipt, startedAt_);
+    if (alert.kind == service::ReceiptAlert::Kind::Keep)
+        return;
+    QMetaObject::invokeMethod(this, [this, alert] {
+        if (alert.kind == service::ReceiptAlert::Kind::Show) {
+            setPanel(1, kAttention);
+            setPanel(2, alert.text);
+        } else if (panels_[0]->text() == kAttention) {
+            setPanel(1, QString());
+            setPanel(2, QString());
+        }
+    }, Qt::QueuedConnection);
+}
+
+QString MainForm::trayTip() const
+{
+    QString tip = QStringLiteral("Kelm Drev");
+    if (!panels_[2]->text().isEmpty())
+        tip += QStringLiteral(" - ") + panels_[2]->text();
+    const QString state = !panels_[1]->text().isEmpty() ? panels_[1]->text()
+        : session_->status().serverOn                    ? QStringLiteral("Driver attivo")
+                                                         : QStringLiteral("Server non attivo");
+    return tip + u'\n' + state;
 }
 
 void MainForm::setTechnicianAccess(const technician::TechnicianAccess& access)

@@ -5,6 +5,7 @@
 #include "ui/Dialogs.h"
 #include "ui/WindowOperator.h"
 
+#include <QDateTime>
 #include <QMainWindow>
 #include <QPointer>
 
@@ -50,6 +51,8 @@ public:
     void mnuPopStato_Click();
 
     static QString caption();
+    // What the tray icon's tip says: the register and the driver's state.
+    QString trayTip() const;
 
 Q_SIGNALS:
     // The technician-only controls of the tabs (the payment types' credit
@@ -65,6 +68,9 @@ private:
     void buildTray();
     void setPanel(int panel, const QString& text);
     void setTechnicianAccess(const technician::TechnicianAccess& access);
+    // On the thread that recorded the change: what it means for the status
+    // bar goes to the UI thread.
+    void receiptChanged(const QString& id);
     void saveConfiguration();
     void showVirtualEcr();
     void showInStartMode(const QString& mode);
@@ -84,6 +90,8 @@ private:
     QLabel* panels_[4];
     QSystemTrayIcon* tray_ = nullptr;
     QMenu* mPopupSys = nullptr;
+    QMenu* mnuView_ = nullptr;
+    QDateTime startedAt_;
     VirtualEcrPanel* virtualEcr_ = nullptr;
     QTimer* virtualDisplayTimer_ = nullptr;
     bool technicianLogged_ = false;

@@ -80,6 +80,9 @@ PaymentsPage::PaymentsPage(QWidget* parent) : QWidget(parent)
     layout->addLayout(buttons);
     layout->addStretch();
     setTechnician(false);
+    // Nine empty rows would wipe the register's payment types: the download
+    // waits for a read.
+    setDownloadEnabled(false);
 
     connect(download_, &QPushButton::clicked, this, [this] { Q_EMIT downloadRequested(6); });
     connect(read, &QPushButton::clicked, this, &PaymentsPage::cmdReadPagamenti_Click);

@@ -7,7 +7,10 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLineEdit>
+#include <QStyledItemDelegate>
 #include <QProgressBar>
+#include <QSet>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -22,6 +25,34 @@ namespace {
 constexpr int kCodeColumnWidth = 100;
 constexpr int kDescriptionColumnWidth = 167;
 
+// The numeric columns (department, bonus, prices, stock): a comma typed the
+// Italian way becomes the decimal point at once, so that "2,50" is not sent
+// as 2.
+constexpr int kFirstNumericColumn = 2;
+constexpr int kLastNumericColumn = 6;
+
+class DecimalPointDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
+        auto* line = qobject_cast<QLineEdit*>(editor);
+        if (line)
+            makeSlashSafe(line); // a "/" would split the record
+        if (line && index.column() >= kFirstNumericColumn && index.column() <= kLastNumericColumn)
+            QObject::connect(line, &QLineEdit::textEdited, line, [line](const QString& text) {
+                if (!text.contains(u','))
+                    return;
+                const int cursor = line->cursorPosition();
+                line->setText(QString(text).replace(u',', u'.'));
+                line->setCursorPosition(cursor);
+            });
+        return editor;
+    }
+};
+
 } // namespace
 
 PluPage::PluPage(Dialogs& dialogs, const QString& programFolder, QWidget* parent)
@@ -32,7 +63,7 @@ PluPage::PluPage(Dialogs& dialogs, const QString& programFolder, QWidget* parent
     fgPLU->setHorizontalHeaderLabels(programming::pluColumnHeadings());
     fgPLU->setColumnWidth(0, kCodeColumnWidth);
     fgPLU->setColumnWidth(1, kDescriptionColumnWidth);
-    makeSlashSafe(fgPLU);
+    fgPLU->setItemDelegate(new DecimalPointDelegate(fgPLU));
 
     auto* read = namedButton(QStringLiteral("cmdReadPLU"), QStringLiteral("Leggi PLU"));
     auto* clear = namedButton(QStringLiteral("cmdCancellaPLU"), QStringLiteral("Cancella"));
@@ -40,9 +71,11 @@ PluPage::PluPage(Dialogs& dialogs, const QString& programFolder, QWidget* parent
     auto* save = namedButton(QStringLiteral("cmdPLUSalvaFile"), QStringLiteral("Salva file"));
     auto* download = namedButton(QStringLiteral("cmdSetParametri_4"), QStringLiteral("Scarica PLU"));
     stop_ = namedButton(QStringLiteral("cmdStopPLU"), QStringLiteral("Interrompi"));
-    startButtons_ = {read, clear, load, download};
+    auto* addRow = namedButton(QStringLiteral("cmdPLUAggiungiRiga"), QStringLiteral("Aggiungi riga"));
+    auto* removeRows = namedButton(QStringLiteral("cmdPLUEliminaRiga"), QStringLiteral("Elimina riga"));
+    startButtons_ = {read, clear, load, download, addRow, removeRows};
     auto* buttons = new QHBoxLayout;
-    for (QPushButton* b : {read, clear, load, save, download, stop_})
+    for (QPushButton* b : {addRow, removeRows, read, clear, load, save, download, stop_})
         buttons->addWidget(b);
     buttons->addStretch();
     auto* bars = new QHBoxLayout;
@@ -63,6 +96,32 @@ PluPage::PluPage(Dialogs& dialogs, const QString& programFolder, QWidget* parent
     connect(clear, &QPushButton::clicked, this, &PluPage::cmdCancellaPLU_Click);
     connect(save, &QPushButton::clicked, this, &PluPage::cmdPLUSalvaFile_Click);
     connect(load, &QPushButton::clicked, this, &PluPage::cmdPLULeggiFile_Click);
+    connect(addRow, &QPushButton::clicked, this, &PluPage::cmdPLUAggiungiRiga_Click);
+    connect(removeRows, &QPushButton::clicked, this, &PluPage::cmdPLUEliminaRiga_Click);
+}
+
+void PluPage::cmdPLUAggiungiRiga_Click()
+{
+    // A new PLU goes after the last: the numbers of the others stay.
+    PluRow empty;
+    empty[7] = QStringLiteral("00000000");
+    appendRows({empty});
+    fgPLU->setCurrentCell(fgPLU->rowCount() - 1, 0);
+    fgPLU->scrollToBottom();
+}
+
+void PluPage::cmdPLUEliminaRiga_Click()
+{
+    // The rows after a removed one move up: their PLU numbers follow the rows.
+    QSet<int> rows;
+    for (const QModelIndex& index : fgPLU->selectionModel()->selectedIndexes())
+        rows.insert(index.row());
+    if (rows.isEmpty() && fgPLU->currentRow() >= 0)
+        rows.insert(fgPLU->currentRow());
+    QList<int> selected(rows.begin(), rows.end());
+    std::sort(selected.begin(), selected.end(), std::greater<>());
+    for (int row : selected)
+        fgPLU->removeRow(row);
 }
 
 QList<PluRow> PluPage::rows() const

@@ -40,6 +40,9 @@ public:
     void cmdCancellaPLU_Click();
     void cmdPLUSalvaFile_Click();
     void cmdPLULeggiFile_Click();
+    // An empty row at the end; the selected rows (or the current one) away.
+    void cmdPLUAggiungiRiga_Click();
+    void cmdPLUEliminaRiga_Click();
 
 Q_SIGNALS:
     void downloadRequested(int index); // 4

@@ -113,6 +113,15 @@ SParametersPage::SParametersPage(QWidget* parent)
     layout->addWidget(messagesBox);
     layout->addStretch();
 
+    // Empty editors would reset the register: the download waits for a read
+    // or a reset to the defaults.
+    setDownloadEnabled(false);
+    // Typing a message makes it the one to download.
+    for (int i = 0; i < kScrollMessageCount; ++i)
+        connect(txtScrollMSG[i], &QLineEdit::textEdited, optScrollMSGEnable[i], [option = optScrollMSGEnable[i]] {
+            option->setChecked(true);
+        });
+
     connect(downloadS_, &QPushButton::clicked, this, [this] { Q_EMIT downloadRequested(9); });
     connect(downloadMessage, &QPushButton::clicked, this, [this] { Q_EMIT downloadRequested(7); });
     connect(read, &QPushButton::clicked, this, &SParametersPage::CmdReadParamS_Click);

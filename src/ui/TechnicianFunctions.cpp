@@ -100,20 +100,22 @@ void TechnicianFunctions::run(ExchangeSteps steps, Display display, AfterSteps a
 void TechnicianFunctions::run(StepsJob job, Display display, AfterSteps after)
 {
     auto outcome = std::make_shared<StepOutcome>();
-    QPointer<UsoEcrPage> keyboard = keyboard_;
-    QPointer<TechnicianPage> technician = technician_;
     jobs_.run(
         this, [job = std::move(job), outcome](EcrLink& link, Operator& op) { *outcome = job(link, op); },
-        [outcome, display, keyboard, technician, after = std::move(after)] {
-            if (outcome->display) {
-                if (display == Display::Keyboard && keyboard)
-                    keyboard->setDisplay(outcome->display->line1, outcome->display->line2);
-                if (display == Display::Technician && technician)
-                    technician->setDisplay(outcome->display->line1, outcome->display->line2);
-            }
+        [this, outcome, display, after = std::move(after)] {
+            if (outcome->display && display == Display::Read)
+                showDisplay(*outcome->display);
             if (after)
                 after(*outcome);
         });
+}
+
+void TechnicianFunctions::showDisplay(const DisplayLines& lines)
+{
+    // One register, one display: wherever it was read, every copy shows it.
+    keyboard_->setDisplay(lines.line1, lines.line2);
+    technician_->setDisplay(lines.line1, lines.line2);
+    Q_EMIT displayRead(lines.line1, lines.line2);
 }
 
 void TechnicianFunctions::document(
@@ -127,12 +129,12 @@ void TechnicianFunctions::document(
 void TechnicianFunctions::cmdECR_Click(int index)
 {
     run([desk = desk_, index](EcrLink& link, Operator& op) { return desk->keyPress(link, op, index); },
-        Display::Keyboard);
+        Display::Read);
 }
 
 void TechnicianFunctions::cmdVirtKBD_Click(int code)
 {
-    run(keypadPressSteps(code), Display::Technician);
+    run(keypadPressSteps(code), Display::Read);
 }
 
 void TechnicianFunctions::Command1_Click()
@@ -143,10 +145,9 @@ void TechnicianFunctions::Command1_Click()
 void TechnicianFunctions::technicianPageShown()
 {
     technician_->focusConsole();
-    QPointer<TechnicianPage> page = technician_;
-    run(technicianTabSteps(), Display::None, [page](const StepOutcome& outcome) {
-        if (const auto lines = displayLines(outcome.lastAnswer); lines && page)
-            page->setDisplay(lines->line1, lines->line2);
+    run(technicianTabSteps(), Display::None, [this](const StepOutcome& outcome) {
+        if (const auto lines = displayLines(outcome.lastAnswer))
+            showDisplay(*lines);
     });
 }
 

@@ -45,14 +45,19 @@ public:
     void cmdDGFE_Click(int index);
     void cmdDemoTicket_Click(int index);
 
+Q_SIGNALS:
+    // The register's display as just read; both pages already show it.
+    void displayRead(const QString& line1, const QString& line2);
+
 private:
-    enum class Display { None, Keyboard, Technician };
+    enum class Display { None, Read };
     using AfterSteps = std::function<void(const technician::StepOutcome&)>;
     using StepsJob = std::function<technician::StepOutcome(EcrLink&, Operator&)>;
     void run(technician::ExchangeSteps steps, Display display, AfterSteps after = {});
     void run(StepsJob job, Display display, AfterSteps after = {});
     // A document press: `f` runs on the worker with the desk and the forms.
     void document(std::function<void(technician::DocumentDesk&, EcrLink&, Operator&, technician::DocumentForms&)> f);
+    void showDisplay(const technician::DisplayLines& lines);
 
     LineJobs jobs_;
     Dialogs& dialogs_;

@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QVBoxLayout>
 
 namespace kelm::ui {
@@ -43,7 +44,7 @@ TechnicianPage::TechnicianPage(QWidget* parent)
       txtVirtDSP_1(named<QLineEdit>(QStringLiteral("txtVirtDSP_1"))),
       txtSingleCMD(named<QLineEdit>(QStringLiteral("txtSingleCMD"))),
       txtFileCMD(named<QLineEdit>(QStringLiteral("txtFileCMD"))),
-      txtAnswerCMD(named<QLineEdit>(QStringLiteral("txtAnswerCMD")))
+      txtAnswerCMD(named<QPlainTextEdit>(QStringLiteral("txtAnswerCMD")))
 {
     setObjectName(QStringLiteral("pageTecnico"));
     const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -51,8 +52,12 @@ TechnicianPage::TechnicianPage(QWidget* parent)
         d->setReadOnly(true);
         d->setFont(fixed);
     }
+    // The answer whole, wrapped, however long the register's record.
     txtAnswerCMD->setReadOnly(true);
     txtAnswerCMD->setFont(fixed);
+    txtAnswerCMD->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    txtAnswerCMD->setWordWrapMode(QTextOption::WrapAnywhere);
+    txtAnswerCMD->setFixedHeight(txtAnswerCMD->fontMetrics().lineSpacing() * 4 + 12);
 
     auto* keypad = new QGroupBox(QStringLiteral("Tastiera"));
     auto* keypadLayout = new QVBoxLayout(keypad);
@@ -122,9 +127,10 @@ TechnicianPage::TechnicianPage(QWidget* parent)
 
     connect(prelievi, &QPushButton::clicked, this, &TechnicianPage::Command1_Click);
     connect(sendOne, &QPushButton::clicked, this, [this] { Q_EMIT cmdSendCommand_Click(0); });
+    connect(txtSingleCMD, &QLineEdit::returnPressed, this, [this] { Q_EMIT cmdSendCommand_Click(0); });
     connect(sendFile, &QPushButton::clicked, this, [this] { Q_EMIT cmdSendCommand_Click(1); });
     connect(chooseFile, &QPushButton::clicked, this, &TechnicianPage::cmdTechFile_Click);
-    connect(clearAnswer, &QPushButton::clicked, txtAnswerCMD, &QLineEdit::clear);
+    connect(clearAnswer, &QPushButton::clicked, txtAnswerCMD, &QPlainTextEdit::clear);
     connect(closure, &QPushButton::clicked, this, &TechnicianPage::cmdChiusuraGIornaliera_Click);
     connect(totals, &QPushButton::clicked, this, &TechnicianPage::cmdReportVenditeOP01_Click);
 }
@@ -152,7 +158,7 @@ void TechnicianPage::setCommandFile(const QString& path)
 
 void TechnicianPage::setAnswer(const QString& text)
 {
-    txtAnswerCMD->setText(text);
+    txtAnswerCMD->setPlainText(text);
 }
 
 void TechnicianPage::focusConsole()

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class QLineEdit;
+class QPlainTextEdit;
 
 namespace kelm::ui {
 
@@ -37,7 +38,7 @@ private:
     QLineEdit* txtVirtDSP_1;
     QLineEdit* txtSingleCMD;
     QLineEdit* txtFileCMD;
-    QLineEdit* txtAnswerCMD;
+    QPlainTextEdit* txtAnswerCMD;
 };
 
 } // namespace kelm::ui

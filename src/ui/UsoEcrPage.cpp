@@ -4,6 +4,8 @@
 #include "ui/Widgets.h"
 
 #include <QFontDatabase>
+#include <QHash>
+#include <QShortcut>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -26,7 +28,31 @@ QLabel* displayLine(const QString& name)
     return label;
 }
 
-constexpr int kKeyColumns = 8;
+// The keys laid out as on a register: the numeric block, the department
+// keys together, the payment keys apart, the function keys around them.
+// Each block is a grid of key indices, -1 leaving a place empty.
+struct KeyBlock {
+    const char* title;
+    int columns;
+    std::initializer_list<int> keys;
+};
+const KeyBlock kBlocks[] = {
+    {"Funzioni", 4, {0, 1, 2, 3, 4, 5, 6, 33, 8, 9, 10, 11, 37, 27, 25, 13, 47, -1, 48, 50, -1, 46, 44, 45}},
+    {"Tastierino", 4, {14, 15, 24, 7, 16, 17, 20, 12, 18, 19, 22, 49, 21, 23, 26, -1}},
+    {"Reparti", 2, {41, 38, 35, 32, 42, 39}},
+    {"Pagamenti", 2, {40, 34, 36, 43}},
+};
+
+// The PC's keys that press a key of the register on this page.
+struct PcKey {
+    int key;
+    int index;
+};
+constexpr PcKey kPcKeys[] = {
+    {Qt::Key_0, 21}, {Qt::Key_1, 18}, {Qt::Key_2, 19}, {Qt::Key_3, 22}, {Qt::Key_4, 16},
+    {Qt::Key_5, 17}, {Qt::Key_6, 20}, {Qt::Key_7, 14}, {Qt::Key_8, 15}, {Qt::Key_9, 24},
+    {Qt::Key_Comma, 26}, {Qt::Key_Period, 26}, {Qt::Key_Return, 50}, {Qt::Key_Enter, 50}, {Qt::Key_Backspace, 49},
+};
 
 } // namespace
 
@@ -40,16 +66,40 @@ UsoEcrPage::UsoEcrPage(QWidget* parent)
     display->addWidget(LblDisp1_0);
     display->addWidget(LblDisp1_1);
 
-    auto* keys = new QGridLayout;
-    int slot = 0;
+    auto* keys = new QHBoxLayout;
+    QHash<int, QPushButton*> buttons;
     for (const technician::EcrKey& key : technician::ecrKeys()) {
         auto* button = namedButton(indexed(QStringLiteral("cmdECR"), key.index), key.caption);
         button->setMinimumHeight(36);
         button->setProperty("Tag", key.code);
-        keys->addWidget(button, slot / kKeyColumns, slot % kKeyColumns);
-        ++slot;
+        buttons.insert(key.index, button);
         connect(button, &QPushButton::clicked, this, [this, index = key.index] { Q_EMIT cmdECR_Click(index); });
     }
+    // The departments and payments stacked, beside the numeric block, so
+    // that the keyboard fits a 1024-pixel screen beside the virtual ECR.
+    auto* stacked = new QVBoxLayout;
+    for (const KeyBlock& block : kBlocks) {
+        auto* box = new QGroupBox(QString::fromUtf8(block.title));
+        auto* grid = new QGridLayout(box);
+        int slot = 0;
+        for (int index : block.keys) {
+            if (QPushButton* button = buttons.value(index))
+                grid->addWidget(button, slot / block.columns, slot % block.columns);
+            ++slot;
+        }
+        grid->setRowStretch(grid->rowCount(), 1);
+        if (block.columns > 2)
+            keys->addWidget(box, block.columns);
+        else
+            stacked->addWidget(box);
+    }
+    keys->addLayout(stacked, 2);
+    // Keypad keys count as well: digits typed on either part of the keyboard.
+    for (const PcKey& pc : kPcKeys)
+        for (const int modifier : {0, int(Qt::KeypadModifier)}) {
+            auto* shortcut = new QShortcut(QKeySequence(pc.key | modifier), this);
+            connect(shortcut, &QShortcut::activated, buttons.value(pc.index), &QPushButton::click);
+        }
 
     auto* documents = new QGroupBox(QStringLiteral("Documenti"));
     auto* documentButtons = new QHBoxLayout(documents);

@@ -1,6 +1,18 @@
 #include "ui/Widgets.h"
 
+#include <QScrollArea>
+
 namespace kelm::ui {
+
+QWidget* scrolling(QWidget* page)
+{
+    auto* area = new QScrollArea;
+    area->setObjectName(page->objectName() + QStringLiteral("_scroll"));
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(page);
+    return area;
+}
 
 QHBoxLayout* closingButtons(const QString& cancelText, const QString& okText, std::function<void(int)> clicked)
 {

@@ -32,6 +32,10 @@ inline QPushButton* namedButton(const QString& name, const QString& text)
 
 // The closing buttons of a document form, CmdChiude(0) to cancel and
 // CmdChiude(1) to accept (the default), right-aligned; `clicked` gets the index.
+// `page` inside a frameless scroll area that lets it grow with the window
+// and scrolls it when the screen is smaller than the page (1024x768).
+QWidget* scrolling(QWidget* page);
+
 QHBoxLayout* closingButtons(const QString& cancelText, const QString& okText, std::function<void(int)> clicked);
 
 } // namespace kelm::ui

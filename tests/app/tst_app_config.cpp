@@ -181,7 +181,7 @@ void ConfigurationTest::saveWritesEveryKeyInOrder()
                                         "[Parametri]\r\nModello=Velt\r\nPorta=7\r\nVelocita=115200\r\n"
                                         "ServerStato=On\r\nServerModalita=Minimized\r\n"
                                         "ServerDir=/var/spool/kelm\r\nServerFile=*.txt\r\nServerLog=On\r\n"
-                                        "WrapDescription=Off\r\nAlIvaAuto=On\r\n"));
+                                        "WrapDescription=Off\r\nAlIvaAuto=On\r\n")); // no device path chosen: no Dispositivo
     QCOMPARE(status.panels.value(2), QString());
     QCOMPARE(c.port, QStringLiteral("Com7"));
     QCOMPARE(c.speed, 115200);

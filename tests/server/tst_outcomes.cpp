@@ -2,6 +2,7 @@
 #include "server/AnswerText.h"
 #include "server/OutcomeBook.h"
 #include "server/PendingQueue.h"
+#include "service/ReceiptAlert.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -49,6 +50,46 @@ private Q_SLOTS:
         QFETCH(ReceiptState, state);
         QCOMPARE(receiptState(linesOf(fates)), state);
         QCOMPARE(stateFromName(stateName(state)), state);
+    }
+
+    void statusBarAlert_data()
+    {
+        QTest::addColumn<QString>("fates"); // a refused line is refused with `error` and `message`
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<int>("takenBeforeStart");
+        QTest::addColumn<kelm::service::ReceiptAlert>("alert");
+        using kelm::service::ReceiptAlert;
+        const QString refusal = QStringLiteral("Comando '3/S/X/' - Errore N. %1 - %2");
+        const QString department = QStringLiteral("Il reparto non esiste");
+        const QString keyboard = QStringLiteral("Errore tastiera - Tastiera scollegata");
+        QTest::newRow("in progress") << "ap" << "" << "" << 0 << ReceiptAlert{};
+        QTest::newRow("went through") << "aa" << "" << "" << 0 << ReceiptAlert{ReceiptAlert::Kind::Clear, {}};
+        QTest::newRow("a refusal with the register's text")
+            << "arp" << "8" << department << 0 << ReceiptAlert{ReceiptAlert::Kind::Show, refusal.arg(8).arg(department)};
+        QTest::newRow("a fatal error emptied the queue") << "arn" << "42" << keyboard << 0
+            << ReceiptAlert{ReceiptAlert::Kind::Show, "Errore grave: " + refusal.arg(42).arg(keyboard)};
+        QTest::newRow("a fatal error on the last line") << "ar" << "42" << keyboard << 0
+            << ReceiptAlert{ReceiptAlert::Kind::Show, "Errore grave: " + refusal.arg(42).arg(keyboard)};
+        QTest::newRow("an earlier run's receipt") << "ar" << "8" << department << 1 << ReceiptAlert{};
+    }
+    void statusBarAlert()
+    {
+        QFETCH(QString, fates);
+        QFETCH(QString, error);
+        QFETCH(QString, message);
+        QFETCH(int, takenBeforeStart);
+        QFETCH(kelm::service::ReceiptAlert, alert);
+        const QDateTime start(QDate(2026, 3, 1), QTime(9, 0));
+        ReceiptOutcome receipt;
+        receipt.taken = start.addSecs(-takenBeforeStart);
+        receipt.lines = linesOf(fates);
+        for (LineOutcome& line : receipt.lines)
+            if (line.fate == LineFate::Refused)
+                line = LineOutcome::refused(QStringLiteral("3/S/X/"), error, message);
+            else if (line.fate == LineFate::NotSent)
+                line.reason = NotSentReason::FatalError;
+        QCOMPARE(kelm::service::receiptAlert(receipt, start), alert);
     }
 
     void bookKeepsEachReceiptApart()

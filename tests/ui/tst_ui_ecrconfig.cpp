@@ -136,13 +136,18 @@ void EcrConfigTest::departmentsDownloadThenRead()
 void EcrConfigTest::paymentsDownloadThenRead()
 {
     EcrWindow w;
+    // Empty rows would wipe the register's payment types: a read comes first.
+    QVERIFY(!w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
+    w.click("cmdReadPagamenti");
+    QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
+    QVERIFY(w.settle());
     w.find<QLineEdit>("txtPagDescr_1")->setText(QStringLiteral("CARTA DI CREDITO"));
     w.find<QLineEdit>("txtPagDescrBreve_1")->setText(QStringLiteral("CARTA"));
     w.find<QCheckBox>("chkPagResto_1")->setChecked(true);
     w.click("cmdSetParametri_6");
     QVERIFY(w.shown(1));
     QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Kelm Drev: Tabella pagamenti scaricate"));
-    QVERIFY(w.journal().contains(QStringLiteral("Y/2/CREDITO/ARTA/10000000////0/0/")));
+    QVERIFY(w.journal().contains(QStringLiteral("Y/2/CREDITO/ARTA/10000000/0/0//1/0/")));
     w.click("cmdClearPagamenti");
     QCOMPARE(w.find<QLineEdit>("txtPagDescr_1")->text(), QString());
     w.click("cmdReadPagamenti");
@@ -154,8 +159,10 @@ void EcrConfigTest::paymentsDownloadThenRead()
 void EcrConfigTest::sParametersResetRecord()
 {
     EcrWindow w;
+    QVERIFY(!w.find<QPushButton>("cmdSetParametri_9")->isEnabled()); // until a read or a reset
     w.dialogs.answers = {Button::Yes};
     w.click("cmdResetParmS");
+    QVERIFY(w.find<QPushButton>("cmdSetParametri_9")->isEnabled());
     QCOMPARE(w.dialogs.shown, QStringList{"Kelm Drev: Parametri S ripristinati a default ma non salvati."});
     w.click("cmdSetParametri_9");
     QVERIFY(w.shown(2));
@@ -168,8 +175,8 @@ void EcrConfigTest::scrollMessageSavesOnlyTheSelected()
 {
     EcrWindow w;
     w.find<QLineEdit>("txtScrollMSG_1")->setText(QStringLiteral("not selected"));
-    w.find<QLineEdit>("txtScrollMSG_2")->setText(QStringLiteral(" SALDI 20% "));
-    w.find<QRadioButton>("optScrollMSGEnable_2")->setChecked(true);
+    w.find<QRadioButton>("optScrollMSGEnable_1")->setChecked(true);
+    QTest::keyClicks(w.find<QLineEdit>("txtScrollMSG_2"), QStringLiteral(" SALDI 20% ")); // typing selects it
     w.click("cmdSetParametri_7");
     QVERIFY(w.shown(1));
     QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Messaggio Scorrevole scaricato\rRicordarsi di attivarlo"));

@@ -7,6 +7,7 @@
 #include "server/PendingQueue.h"
 #include "ui/ModelAdaptation.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
@@ -68,6 +69,7 @@ private Q_SLOTS:
     void startUpShowsTheRegister();
     void tabsAndTechnicianPage_data();
     void tabsAndTechnicianPage();
+    void driverTroubleOnTheStatusBar();
     void missingModelOnTheStatusBar();
     void secondInstanceIsRefused();
     void startModes_data();
@@ -99,6 +101,38 @@ void MainFormTest::startUpShowsTheRegister()
     QVERIFY(ini.contains("[Current]\r\nCampo=KD\r\nSN=99KDV000001\r\nNum=1\r\nFW=1.00\r\nDrev=" KELMDREV_VERSION "\r\n"));
     QVERIFY(form.findChild<QWidget*>(QStringLiteral("VirtualEcrPanel")));
     QVERIFY(dialogs.shown.isEmpty());
+    QCOMPARE(form.trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nServer non attivo"));
+    // Closed, the panel comes back from the menu.
+    auto* dock = form.findChild<QWidget*>(QStringLiteral("dockVirtualEcr"));
+    auto* view = form.findChild<QAction*>(QStringLiteral("mnuViewVirtualEcr"));
+    dock->close();
+    QVERIFY(!view->isChecked());
+    view->trigger();
+    QVERIFY(dock->isVisible());
+}
+
+void MainFormTest::driverTroubleOnTheStatusBar()
+{
+    Home home("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
+    ScriptedDialogs dialogs;
+    MemoryPasswords passwords;
+    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+    QVERIFY(form.start());
+    QTRY_COMPARE(panel(form, 3), QStringLiteral("KD-99KDV000001"));
+    const auto drop = [&](const QByteArray& lines) {
+        writeFile(home.spool() + "/scontrino.tmp", lines);
+        QFile::rename(home.spool() + "/scontrino.tmp", home.spool() + "/scontrino.txt");
+    };
+    drop("3/S/PANE//1/1.00/1/4/\r\n3/S/X//1/1.00/99/4/\r\n5/1/0.00/////\r\n");
+    QTRY_VERIFY_WITH_TIMEOUT(panel(form, 2).startsWith("Comando '3/S/X//1/1.00/99/4/' - Errore N. "), 5000);
+    QVERIFY(panel(form, 2).endsWith(QStringLiteral(" - Il reparto non esiste")));
+    QCOMPARE(panel(form, 1), QStringLiteral("Attenzione!"));
+    QVERIFY(form.trayTip().endsWith(u'\n' + panel(form, 2)));
+    QTest::qWait(500); // it stays
+    QVERIFY(!panel(form, 2).isEmpty());
+    drop("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+    QTRY_COMPARE_WITH_TIMEOUT(panel(form, 2), QString(), 5000); // the next receipt went through
+    QCOMPARE(form.trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nDriver attivo"));
 }
 
 void MainFormTest::tabsAndTechnicianPage_data()
@@ -183,9 +217,11 @@ void MainFormTest::secondInstanceIsRefused()
     MemoryPasswords passwords;
     MainForm first({home.dir.path(), false}, &dialogs, &passwords);
     QVERIFY(first.start());
+    first.hide(); // in the tray
     MainForm second({home.dir.path(), false}, &dialogs, &passwords);
     QVERIFY(!second.start());
     QCOMPARE(dialogs.shown, QStringList{"ATTENZIONE: Driver già attivo"});
+    QTRY_VERIFY(first.isVisible()); // and the running window comes forward
     QTRY_COMPARE(panel(first, 3), QStringLiteral("KD-99KDV000001")); // the first one is untouched
 }
 

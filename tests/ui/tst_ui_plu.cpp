@@ -3,9 +3,13 @@
 // PLU file through its buttons.
 #include "EcrWindow.h"
 
+#include <QLineEdit>
 #include <QProgressBar>
 #include <QRegularExpression>
 #include <QTableWidget>
+
+using Button = kelm::ui::Dialogs::Button;
+using Buttons = QList<Button>;
 
 namespace {
 
@@ -63,6 +67,9 @@ private Q_SLOTS:
     void downloadDeletesBeyondTheGrid_data();
     void downloadDeletesBeyondTheGrid();
     void stopEndsTheDownloadBetweenRecords();
+    void downloadThatWouldDeleteOrFail_data();
+    void downloadThatWouldDeleteOrFail();
+    void rowsAddedAndRemovedCommaTyped();
     void loadFile_data();
     void loadFile();
     void saveFile_data();
@@ -140,8 +147,68 @@ void PluPageTest::stopEndsTheDownloadBetweenRecords()
     QTRY_VERIFY(barsHidden(w));
     const QStringList sent = w.journal().filter(QRegularExpression(QStringLiteral("^P/")));
     QVERIFY(sent.size() >= 3 && sent.size() < 500);
+    QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Scarico PLU interrotto: %1 di 500 righe scaricate")
+                                     .arg(sent.size()));
     QCOMPARE(sent.last(), QStringLiteral("P/%1/CODE%1/ITEM %1/1/0/1/0/5/00000000/").arg(sent.size()));
     QVERIFY(w.journal().filter(QStringLiteral("p/")).isEmpty()); // no search beyond the grid
+}
+
+void PluPageTest::downloadThatWouldDeleteOrFail_data()
+{
+    QTest::addColumn<QStringList>("rows");
+    QTest::addColumn<Buttons>("answers");
+    QTest::addColumn<QStringList>("asked");
+    QTest::addColumn<QStringList>("shown");
+    const QString failure = QStringLiteral("Attenzione: Errore in scarico PLU BAD\r\nErrore : 08\r\nIl reparto non esiste");
+    const QStringList bad(3, QStringLiteral("BAD/X/99/0/1/0/0/00000000/"));
+    QTest::newRow("empty grid, Cancel preselected: nothing deleted")
+        << QStringList{} << Buttons{}
+        << QStringList{"ATTENZIONE: La griglia PLU è vuota: lo scarico cancella tutte le PLU dell'ECR.\r\n"
+                       "Confermare Operazione?"}
+        << QStringList{};
+    QTest::newRow("a failing row: OK goes on") << bad << Buttons{} << QStringList(3, failure)
+                                               << QStringList{"Kelm Drev: PLU scaricate"};
+    QTest::newRow("a failing row: Cancel stops") << bad << Buttons{Button::Cancel} << QStringList{failure}
+                                                 << QStringList{"Kelm Drev: Scarico PLU interrotto: 1 di 3 righe scaricate"};
+}
+
+void PluPageTest::downloadThatWouldDeleteOrFail()
+{
+    QFETCH(QStringList, rows);
+    QFETCH(Buttons, answers);
+    QFETCH(QStringList, asked);
+    QFETCH(QStringList, shown);
+    EcrWindow w;
+    typeRows(w, rows);
+    w.dialogs.answers = answers;
+    w.click("cmdSetParametri_4");
+    QTRY_VERIFY(barsHidden(w));
+    QVERIFY(w.settle());
+    QCOMPARE(w.dialogs.asked, asked);
+    QCOMPARE(w.dialogs.shown, shown);
+    if (rows.isEmpty())
+        QVERIFY(w.journal().filter(QStringLiteral("p/")).isEmpty()); // nothing read, nothing deleted
+}
+
+void PluPageTest::rowsAddedAndRemovedCommaTyped()
+{
+    EcrWindow w;
+    typeRows(w, {item(1), item(2)});
+    w.form->show();
+    w.click("cmdPLUAggiungiRiga");
+    QCOMPARE(grid(w)->rowCount(), 3);
+    grid(w)->setCurrentCell(2, 4);
+    grid(w)->editItem(grid(w)->item(2, 4));
+    auto* editor = grid(w)->viewport()->findChild<QLineEdit*>();
+    QVERIFY(editor);
+    QTest::keyClicks(editor, QStringLiteral("2,50"));
+    QCOMPARE(editor->text(), QStringLiteral("2.50")); // at once, before the cell is left
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE(grid(w)->item(2, 4)->text(), QStringLiteral("2.50"));
+    grid(w)->setCurrentCell(0, 1);
+    w.click("cmdPLUEliminaRiga");
+    QCOMPARE(gridLines(w).first(), QStringLiteral("CODE2/ITEM 2/1/0/1,50/0/5/00000000///"));
+    QCOMPARE(grid(w)->rowCount(), 2);
 }
 
 void PluPageTest::loadFile_data()

@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -34,6 +35,7 @@ class TechnicianTest : public QObject {
 
 private Q_SLOTS:
     void displayAfterASale();
+    void keyboardSaleHoldsReceiptFiles();
     void consoleAppendsTheSlash_data();
     void consoleAppendsTheSlash();
     void commandFileSendsEveryItem();
@@ -51,14 +53,42 @@ void TechnicianTest::displayAfterASale()
 {
     EcrWindow w(kSettings);
     QVERIFY(w.ready());
-    w.key(17); // "5"
+    w.form->show();
+    w.form->findChild<QTabWidget*>("SSTabPrimaria")->setCurrentIndex(2);
+    w.form->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(w.form.get()));
+    QTest::keyClick(w.form.get(), Qt::Key_5); // the PC's digit presses the register's "5"
     w.key(41); // "REP-01"
     QVERIFY(w.settle());
     const QString line1 = w.find<QLabel>("LblDisp1_0")->text();
     QVERIFY2(line1.contains(QStringLiteral("5")), qPrintable(line1));
     QCOMPARE(line1.size(), 16);
+    // One register, one display, wherever it shows.
+    QCOMPARE(w.find<QLineEdit>("txtVirtDSP_0")->text(), line1);
+    QVERIFY(w.find<QLabel>("lblVirtualDisplay")->text().startsWith(line1));
     QVERIFY(w.journal().contains(QStringLiteral(")/46/")));
     QVERIFY(w.journal().contains(QStringLiteral(")/5/")));
+}
+
+void TechnicianTest::keyboardSaleHoldsReceiptFiles()
+{
+    EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
+    QVERIFY(w.ready());
+    w.key(17); // "5": a sale begins on the keyboard
+    QVERIFY(w.settle());
+    QFile file(QDir(w.spool()).filePath("scontrino.txt"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+    file.close();
+    QTest::qWait(800); // three ticks and more
+    QVERIFY(file.exists()); // it waits in the folder
+    QVERIFY(w.find<QLabel>("sbMain_2")->text().startsWith(QStringLiteral("Vendita in corso dalla tastiera")));
+    w.key(41); // "REP-01"
+    w.key(43); // "Contanti": the display reads 0 again
+    QTRY_VERIFY_WITH_TIMEOUT(!file.exists(), 5000);
+    QTRY_VERIFY(w.journal().contains(QStringLiteral("5/1/0.00/////")));
+    const QStringList j = w.journal();
+    QVERIFY(j.indexOf(QStringLiteral(")/90/")) < j.indexOf(QStringLiteral("3/S/PANE//1/1.00/1/4/")));
 }
 
 void TechnicianTest::consoleAppendsTheSlash_data()
@@ -75,12 +105,12 @@ void TechnicianTest::consoleAppendsTheSlash()
     QFETCH(QString, sent);
     EcrWindow w(kSettings);
     w.find<QLineEdit>("txtSingleCMD")->setText(typed);
-    w.click("cmdSendCommand_0");
+    QTest::keyClick(w.find<QLineEdit>("txtSingleCMD"), Qt::Key_Return); // Enter sends, as the button does
     QVERIFY(w.settle());
     QVERIFY2(w.journal().contains(sent), qPrintable(w.journal().join(u'|')));
-    QVERIFY(w.find<QLineEdit>("txtAnswerCMD")->text().startsWith(QStringLiteral("00/")));
+    QVERIFY(w.find<QPlainTextEdit>("txtAnswerCMD")->toPlainText().startsWith(QStringLiteral("00/")));
     w.click("cmdTechCancAnswer");
-    QCOMPARE(w.find<QLineEdit>("txtAnswerCMD")->text(), QString());
+    QCOMPARE(w.find<QPlainTextEdit>("txtAnswerCMD")->toPlainText(), QString());
 }
 
 void TechnicianTest::commandFileSendsEveryItem()
@@ -88,7 +118,7 @@ void TechnicianTest::commandFileSendsEveryItem()
     EcrWindow w(kSettings);
     w.find<QLineEdit>("txtFileCMD")->setText(w.dir.filePath("missing.txt"));
     w.click("cmdSendCommand_1");
-    QCOMPARE(w.find<QLineEdit>("txtAnswerCMD")->text(), QStringLiteral("File inesistente"));
+    QCOMPARE(w.find<QPlainTextEdit>("txtAnswerCMD")->toPlainText(), QStringLiteral("File inesistente"));
     QFile file(w.dir.filePath("commands.txt"));
     file.open(QIODevice::WriteOnly);
     file.write("a/,s/\r\nZ/\r\n");
@@ -101,7 +131,7 @@ void TechnicianTest::commandFileSendsEveryItem()
     const QStringList j = w.journal();
     QVERIFY(j.indexOf(QStringLiteral("a/")) < j.lastIndexOf(QStringLiteral("s/")));
     // The last item was refused: the box shows its outcome.
-    QCOMPARE(w.find<QLineEdit>("txtAnswerCMD")->text(), QStringLiteral("Errore"));
+    QCOMPARE(w.find<QPlainTextEdit>("txtAnswerCMD")->toPlainText(), QStringLiteral("Errore"));
 }
 
 void TechnicianTest::invoiceOnTheCashKey()
