@@ -67,12 +67,8 @@ class ProgrammingTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void fieldText_data();
-    void fieldText();
-    void answerFields_data();
-    void answerFields();
-    void numbers_data();
-    void numbers();
+    void texts_data();
+    void texts();
     void paddedLine_data();
     void paddedLine();
     void headerAndFooterRecords();
@@ -95,10 +91,6 @@ private Q_SLOTS:
     void scrollMessages();
     void parseVatRates_data();
     void parseVatRates();
-    void departmentRecord_data();
-    void departmentRecord();
-    void parseDepartment_data();
-    void parseDepartment();
     void paymentTypeRecord_data();
     void paymentTypeRecord();
     void parsePaymentType_data();
@@ -114,70 +106,69 @@ private Q_SLOTS:
     void pluRowsComeAsTheyAreRead();
 };
 
-void ProgrammingTest::fieldText_data()
+void ProgrammingTest::texts_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("width");
+    QTest::addColumn<QString>("rule");
+    QTest::addColumn<QStringList>("input");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("trimmed") << "  CONTANTI  " << 8 << "CONTANTI";
-    QTest::newRow("any width") << "  A LONG FREE TEXT " << -1 << "A LONG FREE TEXT";
-    QTest::newRow("longer keeps its end") << "CASSA CENTRALE" << 8 << "CENTRALE";
-    QTest::newRow("blank at the cut is trimmed") << "CARTA DI CREDITO" << 8 << "CREDITO";
-    QTest::newRow("trailing blanks do not count") << "CASSA1   " << 6 << "CASSA1";
-    QTest::newRow("slash made backslash") << "A/B" << -1 << "A\\B";
-    QTest::newRow("tab is not a blank") << "\tA" << -1 << "\tA";
+    QTest::newRow("trimmed") << "fieldText" << QStringList{"  CONTANTI  ", "8"} << "CONTANTI";
+    QTest::newRow("any width") << "fieldText" << QStringList{"  A LONG FREE TEXT ", "-1"} << "A LONG FREE TEXT";
+    QTest::newRow("longer keeps its end") << "fieldText" << QStringList{"CASSA CENTRALE", "8"} << "CENTRALE";
+    QTest::newRow("blank at the cut is trimmed") << "fieldText" << QStringList{"CARTA DI CREDITO", "8"} << "CREDITO";
+    QTest::newRow("trailing blanks do not count") << "fieldText" << QStringList{"CASSA1   ", "6"} << "CASSA1";
+    QTest::newRow("slash made backslash") << "fieldText" << QStringList{"A/B", "-1"} << "A\\B";
+    QTest::newRow("tab is not a blank") << "fieldText" << QStringList{"\tA", "-1"} << "\tA";
+    QTest::newRow("closed fields") << "answerFields" << QStringList{"00/00/01/A/B/C/"} << "A|B|C";
+    QTest::newRow("empty fields kept") << "answerFields" << QStringList{"00/00/01//B//"} << "|B|";
+    QTest::newRow("unclosed takes the rest") << "answerFields" << QStringList{"00/00/01/A/BC"} << "A|BC|";
+    QTest::newRow("fewer than asked") << "answerFields" << QStringList{"00/00/01/A/"} << "A||";
+    QTest::newRow("more than asked") << "answerFields" << QStringList{"00/00/01/A/B/C/D/E/"} << "A|B|C";
+    QTest::newRow("short answer") << "answerFields" << QStringList{"00"} << "||";
+    QTest::newRow("trailing zeros") << "numbers" << QStringList{"1.50"} << "1.5 1";
+    QTest::newRow("decimal comma stops") << "numbers" << QStringList{"2,50"} << "2 2";
+    QTest::newRow("no digits") << "numbers" << QStringList{"abc"} << "0 0";
+    QTest::newRow("leading zeros") << "numbers" << QStringList{"007"} << "7 7";
+    QTest::newRow("point first") << "numbers" << QStringList{".5"} << "0.5 0";
+    QTest::newRow("zero fraction") << "numbers" << QStringList{"0.00"} << "0 0";
+    QTest::newRow("three decimals") << "numbers" << QStringList{"999999.999"} << "999999.999 999999";
+    QTest::newRow("negative") << "numbers" << QStringList{"-12.30"} << "-12.3 -12";
+    QTest::newRow("negative zero") << "numbers" << QStringList{"-0.0"} << "0 0";
+    QTest::newRow("negative below one") << "numbers" << QStringList{"-0.5"} << "-0.5 0";
+    QTest::newRow("leading blanks") << "numbers" << QStringList{"  42x"} << "42 42";
+    QTest::newRow("long number keeps its digits") << "numbers" << QStringList{"12345678901234567890.123456789"} << "12345678901234567890.123456789 12345678901234567890";
+    QTest::newRow("first") << "departmentRecord" << QStringList{"1", "REPARTO1", "0"} << "D/1/REPARTO1/1//////";
+    QTest::newRow("last code") << "departmentRecord" << QStringList{"20", " FRUTTA ", "4"} << "D/20/FRUTTA/5//////";
+    QTest::newRow("no selection sends 0") << "departmentRecord" << QStringList{"7", "PANE", "-1"} << "D/7/PANE/0//////";
+    QTest::newRow("index past the list sends 0") << "departmentRecord" << QStringList{"8", "X", "5"} << "D/8/X/0//////";
+    QTest::newRow("slash in the text") << "departmentRecord" << QStringList{"3", "BAR/CAFFE", "1"} << "D/3/BAR\\CAFFE/2//////";
+    QTest::newRow("placeholder-like text") << "departmentRecord" << QStringList{"4", "50%1 %2", "2"} << "D/4/50%1 %2/3//////";
+    QTest::newRow("well formed") << "parseDepartment" << QStringList{"00/00/01/REPARTO1/1/"} << "REPARTO1 0";
+    QTest::newRow("trimmed, code 5") << "parseDepartment" << QStringList{"00/00/01/  PANE  /5/0/0/"} << "PANE 4";
+    QTest::newRow("code 0 is no selection") << "parseDepartment" << QStringList{"00/00/01/VARIE/0/"} << "VARIE -1";
+    QTest::newRow("code past the list") << "parseDepartment" << QStringList{"00/00/01/VARIE/9/"} << "VARIE -1";
+    QTest::newRow("only the first character counts") << "parseDepartment" << QStringList{"00/00/01/VARIE/12/"} << "VARIE 0";
+    QTest::newRow("code not a digit") << "parseDepartment" << QStringList{"00/00/01/VARIE/A/"} << "VARIE -1";
+    QTest::newRow("no slash: the rest") << "parseDepartment" << QStringList{"00/00/01/VARIE"} << "VARIE -1";
+    QTest::newRow("truncated") << "parseDepartment" << QStringList{"00"} << " -1";
 }
 
-void ProgrammingTest::fieldText()
+// Rules from texts to a text, by name: fieldText (text, width), answerFields
+// (three fields, joined by "|"), numbers (decimal and whole forms),
+// departmentRecord (number, description, VAT index), parseDepartment
+// (description and VAT index).
+void ProgrammingTest::texts()
 {
-    QFETCH(QString, text);
-    QFETCH(int, width);
-    QTEST(programming::fieldText(text, width), "expected");
-}
-
-void ProgrammingTest::answerFields_data()
-{
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("closed fields") << "00/00/01/A/B/C/" << QStringList{"A", "B", "C"};
-    QTest::newRow("empty fields kept") << "00/00/01//B//" << QStringList{"", "B", ""};
-    QTest::newRow("unclosed takes the rest") << "00/00/01/A/BC" << QStringList{"A", "BC", ""};
-    QTest::newRow("fewer than asked") << "00/00/01/A/" << QStringList{"A", "", ""};
-    QTest::newRow("more than asked") << "00/00/01/A/B/C/D/E/" << QStringList{"A", "B", "C"};
-    QTest::newRow("short answer") << "00" << QStringList{"", "", ""};
-}
-
-void ProgrammingTest::answerFields()
-{
-    QFETCH(QString, answer);
-    QTEST(programming::answerFields(answer, 3), "expected");
-}
-
-void ProgrammingTest::numbers_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("decimal");
-    QTest::addColumn<QString>("whole");
-    QTest::newRow("trailing zeros") << "1.50" << "1.5" << "1";
-    QTest::newRow("decimal comma stops") << "2,50" << "2" << "2";
-    QTest::newRow("no digits") << "abc" << "0" << "0";
-    QTest::newRow("leading zeros") << "007" << "7" << "7";
-    QTest::newRow("point first") << ".5" << "0.5" << "0";
-    QTest::newRow("zero fraction") << "0.00" << "0" << "0";
-    QTest::newRow("three decimals") << "999999.999" << "999999.999" << "999999";
-    QTest::newRow("negative") << "-12.30" << "-12.3" << "-12";
-    QTest::newRow("negative zero") << "-0.0" << "0" << "0";
-    QTest::newRow("negative below one") << "-0.5" << "-0.5" << "0";
-    QTest::newRow("leading blanks") << "  42x" << "42" << "42";
-    QTest::newRow("long number keeps its digits")
-        << "12345678901234567890.123456789" << "12345678901234567890.123456789" << "12345678901234567890";
-}
-
-void ProgrammingTest::numbers()
-{
-    QFETCH(QString, text);
-    QTEST(decimalForm(text), "decimal");
-    QTEST(wholeNumberForm(text), "whole");
+    QFETCH(QString, rule);
+    QFETCH(QStringList, input);
+    const QString in = input[0];
+    const auto number = [&](int k) { return input[k].toInt(); };
+    QTEST(rule == "fieldText"          ? fieldText(in, number(1))
+              : rule == "answerFields" ? answerFields(in, 3).join(u'|')
+              : rule == "numbers"      ? decimalForm(in) + u' ' + wholeNumberForm(in)
+              : rule == "departmentRecord"
+              ? departmentRecord(number(0), {input[1], number(2)})
+              : parseDepartment(in).description + u' ' + QString::number(parseDepartment(in).vatIndex),
+          "expected");
 }
 
 void ProgrammingTest::paddedLine_data()
@@ -489,51 +480,6 @@ void ProgrammingTest::parseVatRates()
     QTEST(QStringList(read.texts.begin(), read.texts.end()), "texts");
     QTEST(QList<int>(read.table.begin(), read.table.begin() + 6), "table");
     QCOMPARE(vatRatesRecord({"4.00", " 10.00 ", "22.00", "0.00", ""}), QStringLiteral("b/4.00/10.00/22.00/0.00//"));
-}
-
-void ProgrammingTest::departmentRecord_data()
-{
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("description");
-    QTest::addColumn<int>("vatIndex");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("first") << 1 << "REPARTO1" << 0 << "D/1/REPARTO1/1//////";
-    QTest::newRow("last code") << 20 << " FRUTTA " << 4 << "D/20/FRUTTA/5//////";
-    QTest::newRow("no selection sends 0") << 7 << "PANE" << -1 << "D/7/PANE/0//////";
-    QTest::newRow("index past the list sends 0") << 8 << "X" << 5 << "D/8/X/0//////";
-    QTest::newRow("slash in the text") << 3 << "BAR/CAFFE" << 1 << "D/3/BAR\\CAFFE/2//////";
-    QTest::newRow("placeholder-like text") << 4 << "50%1 %2" << 2 << "D/4/50%1 %2/3//////";
-}
-
-void ProgrammingTest::departmentRecord()
-{
-    QFETCH(int, number);
-    QFETCH(QString, description);
-    QFETCH(int, vatIndex);
-    QTEST(programming::departmentRecord(number, {description, vatIndex}), "expected");
-}
-
-void ProgrammingTest::parseDepartment_data()
-{
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QString>("description");
-    QTest::addColumn<int>("vatIndex");
-    QTest::newRow("well formed") << "00/00/01/REPARTO1/1/" << "REPARTO1" << 0;
-    QTest::newRow("trimmed, code 5") << "00/00/01/  PANE  /5/0/0/" << "PANE" << 4;
-    QTest::newRow("code 0 is no selection") << "00/00/01/VARIE/0/" << "VARIE" << -1;
-    QTest::newRow("code past the list") << "00/00/01/VARIE/9/" << "VARIE" << -1;
-    QTest::newRow("only the first character counts") << "00/00/01/VARIE/12/" << "VARIE" << 0;
-    QTest::newRow("code not a digit") << "00/00/01/VARIE/A/" << "VARIE" << -1;
-    QTest::newRow("no slash: the rest") << "00/00/01/VARIE" << "VARIE" << -1;
-    QTest::newRow("truncated") << "00" << "" << -1;
-}
-
-void ProgrammingTest::parseDepartment()
-{
-    QFETCH(QString, answer);
-    const Department d = programming::parseDepartment(answer);
-    QTEST(d.description, "description");
-    QTEST(d.vatIndex, "vatIndex");
 }
 
 void ProgrammingTest::paymentTypeRecord_data()
