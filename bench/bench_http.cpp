@@ -7,6 +7,7 @@
 #include "programming/DownloadJob.h"
 #include "service/DriverSession.h"
 
+#include "PluTable.h"
 #include "SilentOperator.h"
 
 #include <QCoreApplication>
@@ -21,16 +22,6 @@
 #include <cstdio>
 
 namespace {
-
-QList<kelm::programming::PluRow> pluTable(int count)
-{
-    QList<kelm::programming::PluRow> rows;
-    for (int n = 1; n <= count; ++n)
-        rows.append({QStringLiteral("8001234%1").arg(n, 6, 10, QLatin1Char('0')), QStringLiteral("ARTICOLO %1").arg(n),
-                     QStringLiteral("1"), QStringLiteral("0"), QStringLiteral("1.50"), QStringLiteral("0"),
-                     QStringLiteral("100"), QStringLiteral("00000000"), {}, {}});
-    return rows;
-}
 
 // One GET on a kept-alive connection; false when the answer is not a 200.
 bool getStatus(QTcpSocket& socket, quint16 port)

@@ -11,6 +11,7 @@
 #include "logos/LogoDownloadJob.h"
 
 #include "CountingPeer.h"
+#include "PluTable.h"
 #include "SilentOperator.h"
 
 #include <QCoreApplication>
@@ -51,16 +52,6 @@ bool measure(const char* what, qint32 baud, const Download& download)
                 static_cast<long long>(peer.toEcr), static_cast<long long>(peer.fromEcr), seconds, wire, floor,
                 seconds / floor);
     return records > 0;
-}
-
-QList<kelm::programming::PluRow> pluTable(int count)
-{
-    QList<kelm::programming::PluRow> rows;
-    for (int n = 1; n <= count; ++n)
-        rows.append({QStringLiteral("8001234%1").arg(n, 6, 10, QLatin1Char('0')), QStringLiteral("ARTICOLO %1").arg(n),
-                     QStringLiteral("1"), QStringLiteral("0"), QStringLiteral("1.50"), QStringLiteral("0"),
-                     QStringLiteral("100"), QStringLiteral("00000000"), {}, {}});
-    return rows;
 }
 
 // A 256×256 logo whose rows all differ.
