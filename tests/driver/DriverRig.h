@@ -11,13 +11,31 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-// The receipt server wired to the virtual register in virtual time, with a
-// spool folder of its own. Settings can be changed before server() is first
-// called.
+#include <atomic>
+
+// Virtual time that, past stopAtMs, asks the server to stop as a shutdown does.
+class RigClock final : public kelm::Clock {
+public:
+    qint64 nowMs() const override { return time.nowMs(); }
+    void sleepMs(qint64 ms) override
+    {
+        time.sleepMs(ms);
+        if (stopAtMs >= 0 && time.nowMs() >= stopAtMs)
+            stop = true;
+    }
+    void advance(qint64 ms) { time.advance(ms); }
+    kelm::VirtualClock time;
+    qint64 stopAtMs = -1;
+    std::atomic<bool> stop{false};
+};
+
+// The receipt server in virtual time, wired to the virtual register or to
+// another far end, with a spool folder of its own. Settings can be changed
+// before server() is first called.
 class DriverRig {
 public:
-    DriverRig()
-        : port(ecr, clock), link(port, clock), log(spool.path(), [] { return now(); })
+    explicit DriverRig(kelm::LinePeer* peer = nullptr)
+        : port(peer ? *peer : ecr, clock), link(port, clock), log(spool.path(), [] { return now(); })
     {
         port.open(QStringLiteral("virtual"), 9600);
         settings.serverDir = spool.path();
@@ -32,12 +50,20 @@ public:
     kelm::server::ReceiptServer& server()
     {
         if (!server_) {
-            server_ = std::make_unique<kelm::server::ReceiptServer>(link, op, log, settings, nullptr,
+            server_ = std::make_unique<kelm::server::ReceiptServer>(link, op, log, settings, &clock.stop,
                                                                     [] { return now(); });
             server_->runTimeListOn = true;
             server_->serialNumber = QStringLiteral("99KDV000001");
         }
         return *server_;
+    }
+    // Lines queued, then the queue sent.
+    void process(const QStringList& lines)
+    {
+        server().queue.clear();
+        for (const QString& line : lines)
+            server().queue.append(kelm::server::QueuedLine(line));
+        server().ProcessReceiptQueue();
     }
 
     QStringList journal() const
@@ -61,6 +87,7 @@ public:
         }
     }
 
+    // The message column of every line of the daily logs.
     QStringList logMessages() const
     {
         QStringList lines;
@@ -76,7 +103,7 @@ public:
 
     QTemporaryDir spool;
     kelm::sim::VirtualEcr ecr;
-    kelm::VirtualClock clock;
+    RigClock clock;
     kelm::VirtualLinePort port;
     kelm::EcrLink link;
     RecordingOperator op;

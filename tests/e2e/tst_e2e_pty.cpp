@@ -1,5 +1,6 @@
 // kelmdrev against ecrsim on a pseudo-terminal: two processes, a real tty in
 // between, as on a shop's PC with a USB adapter.
+#include "Table.h"
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -139,258 +140,218 @@ class EndToEndTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void sendIdentityReceiptRefusalAndBusy();
-    void sendWithUnusableConfiguration_data();
-    void sendWithUnusableConfiguration();
-    void headlessDriverTakesReceiptFiles();
-    void pulledAndPluggedBackMidReceipt();
-    void fatalErrorInAQueueOfTwoFiles();
-    void spoolAsAShopHasIt();
-    void registerOffAtStart_data();
-    void registerOffAtStart();
-    void headlessRefusesToStart_data();
-    void headlessRefusesToStart();
-};
-
-void EndToEndTest::sendIdentityReceiptRefusalAndBusy()
-{
-    Bench bench;
-    QVERIFY(bench.ready);
-    const auto receipt = bench.kelmdrev({"send", "a/", "3/S/REPARTO1//1/5.26/1/4/", "5/1/0.00/////", "3/S/X//1/1.00/99/4/"});
-    QCOMPARE(receipt.status, 1); // the last record was refused
-    QCOMPARE(receipt.out.size(), 4);
-    QVERIFY2(receipt.out[0].startsWith("0\t00/"), qPrintable(receipt.out[0]));
-    QVERIFY(receipt.out[0].contains(QStringLiteral("/99KDV000001/")));
-    QVERIFY(receipt.out[1].startsWith("0\t00/"));
-    QVERIFY(receipt.out[2].startsWith("0\t00/"));
-    QVERIFY2(receipt.out[3].startsWith("8\t08/"), qPrintable(receipt.out[3]));
-    QVERIFY(receipt.err.contains(QStringLiteral("Err. 8 : Comunicazione errata")));
-
-    QCOMPARE(bench.fault("busy 1"), QStringLiteral("ok"));
-    const auto busy = bench.kelmdrev({"send", "x/1/1/1/", "x/1/1/1/"});
-    QCOMPARE(busy.status, 1);
-    QVERIFY2(busy.out.value(0).startsWith("26\t1A/"), qPrintable(busy.out.join('|')));
-    QVERIFY(busy.out.value(1).startsWith("0\t00/"));
-
-    const QStringList journal = fileLines(bench.journal);
-    QCOMPARE(journal, (QStringList{"a/", "3/S/REPARTO1//1/5.26/1/4/", "5/1/0.00/////", "x/1/1/1/"}));
-}
-
-void EndToEndTest::sendWithUnusableConfiguration_data()
-{
-    QTest::addColumn<QString>("model");
-    QTest::addColumn<QString>("device");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("no model") << "" << "/dev/null" << "Tipo Modello non impostato";
-    QTest::newRow("no such port") << "Kelm Brio" << "/dev/kelmdrev-none" << "Impossibile Aprire Porta /dev/kelmdrev-none";
-}
-
-void EndToEndTest::sendWithUnusableConfiguration()
-{
-    QFETCH(QString, model);
-    QFETCH(QString, device);
-    QFETCH(QString, message);
-    Bench bench;
-    bench.configure(model, device);
-    const auto run = bench.kelmdrev({"send", "a/"});
-    QCOMPARE(run.status, 2);
-    QVERIFY2(run.err.contains(message), qPrintable(run.err));
-    QVERIFY(run.out.isEmpty());
-}
-
-void EndToEndTest::headlessDriverTakesReceiptFiles()
-{
-    Bench bench;
-    QVERIFY(bench.ready);
-    QProcess driver;
-    driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
-    QVERIFY(driver.waitForStarted());
-    // The identity lands in section Current once the register answered.
-    QTRY_VERIFY_WITH_TIMEOUT(QFile(bench.dir.filePath("KelmDrev.ini")).open(QIODevice::ReadOnly)
-                                 && QFile(bench.dir.filePath("KelmDrev.ini")).size() > 0
-                                 && fileLines(bench.dir.filePath("KelmDrev.ini")).contains("SN=99KDV000001"),
-                             10000);
-
-    // A second driver on the same folder is refused.
-    const auto second = bench.kelmdrev({"--headless"});
-    QCOMPARE(second.status, 1);
-    QVERIFY(second.err.contains(QStringLiteral("Driver già attivo")));
-
-    writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-    writeFile(QDir(bench.spool).filePath("b.txt"), "3/S/DUE//1/2.00/1/4/\n3/S/X//1/1.00/99/4/\n5/1/0.00/////");
-    writeFile(QDir(bench.spool).filePath("c.tmp"), "3/S/NO//1/1.00/1/4/\r\n");
-    QTRY_COMPARE_WITH_TIMEOUT(fileLines(bench.journal).filter(QStringLiteral("5/1/")).size(), 2, 10000);
-    const QStringList sales = fileLines(bench.journal).filter(QStringLiteral("3/S/"));
-    QCOMPARE(sales.size(), 2);
-    QVERIFY(QFile::exists(QDir(bench.spool).filePath("c.tmp")));
-    QVERIFY(!QFile::exists(QDir(bench.spool).filePath("a.txt")));
-    QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "b.txt").state, QStringLiteral("stampato_con_rifiuti"), 5000);
-    QCOMPARE(answerOf(bench.spool, "b.txt").lines, (QStringList{"accettata", "rifiutata 8", "accettata"}));
-    QCOMPARE(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato"));
-
-    ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
-    QVERIFY(driver.waitForFinished(10000));
-    QCOMPARE(driver.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(driver.exitCode(), 0);
-    QVERIFY(QString::fromUtf8(driver.readAllStandardError()).contains(QStringLiteral("Driver fermato")));
-}
-
-void EndToEndTest::pulledAndPluggedBackMidReceipt()
-{
-    QStringList receipt;
-    for (int i = 1; i <= 8; ++i)
-        receipt << QStringLiteral("3/S/ITEM%1//1/1.00/1/4/").arg(i);
-    receipt << QStringLiteral("5/1/0.00/////");
-    Bench bench({"--delay", "150"}); // slow enough to pull the plug half-way
-    QVERIFY(bench.ready);
-    QProcess driver;
-    driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
-    QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains("e/"), 10000);
-    writeFile(QDir(bench.spool).filePath("a.txt"), (receipt.join("\r\n") + "\r\n").toLatin1());
-    QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).filter("3/S/").size() >= 3, 10000);
-    QCOMPARE(bench.fault("unplug"), QStringLiteral("ok"));
-    QByteArray said;
-    QTRY_VERIFY_WITH_TIMEOUT((said += driver.readAllStandardError()).contains("ECR non risponde: nuovo tentativo alle"),
-                             40000);
-    QCOMPARE(answerOf(bench.spool, "a.txt").state, QStringLiteral("in_corso"));
-    // Plugged back in: the rest goes out without a restart.
-    QCOMPARE(bench.fault("replug"), QStringLiteral("ok"));
-    QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains(receipt.last()), 20000);
-    QTRY_VERIFY_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state != QStringLiteral("in_corso"), 5000);
-    QVERIFY((said += driver.readAllStandardError()).contains("ECR di nuovo in linea"));
-    QCOMPARE(driver.state(), QProcess::Running);
-    ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
-    QVERIFY(driver.waitForFinished(15000));
-    QCOMPARE(driver.exitCode(), 0);
-
-    // Every line is in the journal once and "accettata", or not in it and
-    // said so: the one in flight when the plug went (incerta) and the one
-    // whose handshake failed (non_inviata).
-    const QStringList sent = fileLines(bench.journal).filter(QRegularExpression("^[35]/"));
-    const Answer answer = answerOf(bench.spool, "a.txt");
-    QCOMPARE(answer.lines.size(), receipt.size());
-    for (int i = 0; i < receipt.size(); ++i) {
-        QVERIFY2(sent.count(receipt[i]) <= 1, qPrintable(receipt[i] + " twice: " + sent.join('|')));
-        const QString fate = answer.lines[i];
-        QVERIFY2(sent.contains(receipt[i]) ? fate == "accettata" || fate == "incerta" : fate != "accettata",
-                 qPrintable(receipt[i] + ": " + fate));
-    }
-    QVERIFY2(answer.lines.contains("non_inviata linea_persa"), qPrintable(answer.lines.join('|')));
-    QCOMPARE(answer.state, answer.lines.contains("incerta") ? "incerto" : "stampato_con_rifiuti");
-}
-
-void EndToEndTest::fatalErrorInAQueueOfTwoFiles()
-{
-    Bench bench({"--fault", "refuse 3/S/BOOM 52"});
-    QVERIFY(bench.ready);
-    // Both wait before the driver starts: its first tick takes them together.
-    writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n3/S/BOOM//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-    writeFile(QDir(bench.spool).filePath("b.txt"), "3/S/DUE//1/2.00/1/4/\r\n5/1/0.00/////\r\n");
-    QTest::qWait(300);
-    QProcess driver;
-    driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
-    QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato_con_rifiuti"), 15000);
-    QTRY_VERIFY_WITH_TIMEOUT(!answerOf(bench.spool, "b.txt").state.isEmpty(), 5000);
-    ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
-    QVERIFY(driver.waitForFinished(15000));
-    QCOMPARE(answerOf(bench.spool, "a.txt").lines, (QStringList{"accettata", "rifiutata 52", "non_inviata errore_grave"}));
-    QVERIFY2(bench.log().filter("Stampante scollegata").size() == 1, qPrintable(bench.log().join('\n')));
-    // The folder lists them in no set order: b.txt went first, or was emptied.
-    if (fileLines(bench.journal).contains("3/S/DUE//1/2.00/1/4/"))
-        QCOMPARE(answerOf(bench.spool, "b.txt").state, QStringLiteral("stampato"));
-    else
-        QCOMPARE(answerOf(bench.spool, "b.txt").lines,
-                 (QStringList{"non_inviata errore_grave", "non_inviata errore_grave"}));
-}
-
-void EndToEndTest::spoolAsAShopHasIt()
-{
-    Bench bench({"--fault", "refuse 3/S/TROPPO 126"});
-    QVERIFY(bench.ready);
-    bench.configure(QStringLiteral("Kelm Brio"), bench.link, QStringLiteral("*"));
-    const QDir spool(bench.spool);
-    writeFile(spool.filePath("Totali.txt"), "3/S/TOTALI//1/1.00/1/4/\r\n");
-    // A receipt that cannot be claimed: where it would be moved, a folder.
-    writeFile(spool.filePath("fermo.txt"), "3/S/FERMO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-    QVERIFY(spool.mkpath("fermo.txt.drev/dentro"));
-    QProcess driver;
-    driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
-    QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains("e/"), 10000);
-    // Stamped an hour ahead, as a share with a fast clock leaves it.
+    void sendIdentityReceiptRefusalAndBusy()
     {
-        QFile a(spool.filePath("a.txt"));
-        QVERIFY(a.open(QIODevice::WriteOnly));
-        a.write("3/S/UNO//1/1.00/1/4/\r\n3/S/TROPPO//1/9.00/1/4/\r\n5/1/0.00/////\r\n");
-        a.setFileTime(QDateTime::currentDateTime().addSecs(3600), QFileDevice::FileModificationTime);
+        Bench bench;
+        QVERIFY(bench.ready);
+        const auto receipt = bench.kelmdrev({"send", "a/", "3/S/REPARTO1//1/5.26/1/4/", "5/1/0.00/////", "3/S/X//1/1.00/99/4/"});
+        QCOMPARE(receipt.status, 1); // the last record was refused
+        QCOMPARE(receipt.out.size(), 4);
+        QVERIFY2(receipt.out[0].startsWith("0\t00/"), qPrintable(receipt.out[0]));
+        QVERIFY(receipt.out[0].contains(QStringLiteral("/99KDV000001/")));
+        QVERIFY(receipt.out[1].startsWith("0\t00/"));
+        QVERIFY(receipt.out[2].startsWith("0\t00/"));
+        QVERIFY2(receipt.out[3].startsWith("8\t08/"), qPrintable(receipt.out[3]));
+        QVERIFY(receipt.err.contains(QStringLiteral("Err. 8 : Comunicazione errata")));
+
+        QCOMPARE(bench.fault("busy 1"), QStringLiteral("ok"));
+        const auto busy = bench.kelmdrev({"send", "x/1/1/1/", "x/1/1/1/"});
+        QCOMPARE(busy.status, 1);
+        QVERIFY2(busy.out.value(0).startsWith("26\t1A/"), qPrintable(busy.out.join('|')));
+        QVERIFY(busy.out.value(1).startsWith("0\t00/"));
+
+        const QStringList journal = fileLines(bench.journal);
+        QCOMPARE(journal, (QStringList{"a/", "3/S/REPARTO1//1/5.26/1/4/", "5/1/0.00/////", "x/1/1/1/"}));
     }
-    QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato_con_rifiuti"), 10000);
+    void headlessDriverTakesReceiptFiles()
+    {
+        Bench bench;
+        QVERIFY(bench.ready);
+        QProcess driver;
+        driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
+        QVERIFY(driver.waitForStarted());
+        // The identity lands in section Current once the register answered.
+        QTRY_VERIFY_WITH_TIMEOUT(QFile(bench.dir.filePath("KelmDrev.ini")).open(QIODevice::ReadOnly)
+                                     && QFile(bench.dir.filePath("KelmDrev.ini")).size() > 0
+                                     && fileLines(bench.dir.filePath("KelmDrev.ini")).contains("SN=99KDV000001"),
+                                 10000);
 
-    // Waiting on the file it cannot claim costs nothing and says so once.
-    const double before = cpuSeconds(driver.processId());
-    QTest::qWait(10000);
-    const double used = cpuSeconds(driver.processId()) - before;
-    QVERIFY2(used < 0.25, qPrintable(QString::number(used)));
-    QCOMPARE(bench.log().filter("File non acquisito").size(), 1);
-    QCOMPARE(bench.log().filter("Raggiunto l'importo massimo per totale scontrino").size(), 1);
-    // Its own files are not receipts, though "*" matches them.
-    QVERIFY(QFile::exists(spool.filePath("Totali.txt")));
-    QCOMPARE(fileLines(bench.journal).filter(QRegularExpression("^[35]/")),
-             (QStringList{"3/S/UNO//1/1.00/1/4/", "5/1/0.00/////"}));
-    QCOMPARE(answerOf(bench.spool, "a.txt").lines, (QStringList{"accettata", "rifiutata 126", "accettata"}));
-    ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
-    QVERIFY(driver.waitForFinished(15000));
-}
+        // A second driver on the same folder is refused.
+        const auto second = bench.kelmdrev({"--headless"});
+        QCOMPARE(second.status, 1);
+        QVERIFY(second.err.contains(QStringLiteral("Driver già attivo")));
 
-void EndToEndTest::registerOffAtStart_data()
-{
-    QTest::addColumn<QStringList>("mode");
-    QTest::newRow("headless") << QStringList{"--headless"};
-    QTest::newRow("window") << QStringList{};
-}
+        writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+        writeFile(QDir(bench.spool).filePath("b.txt"), "3/S/DUE//1/2.00/1/4/\n3/S/X//1/1.00/99/4/\n5/1/0.00/////");
+        writeFile(QDir(bench.spool).filePath("c.tmp"), "3/S/NO//1/1.00/1/4/\r\n");
+        QTRY_COMPARE_WITH_TIMEOUT(fileLines(bench.journal).filter(QStringLiteral("5/1/")).size(), 2, 10000);
+        const QStringList sales = fileLines(bench.journal).filter(QStringLiteral("3/S/"));
+        QCOMPARE(sales.size(), 2);
+        QVERIFY(QFile::exists(QDir(bench.spool).filePath("c.tmp")));
+        QVERIFY(!QFile::exists(QDir(bench.spool).filePath("a.txt")));
+        QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "b.txt").state, QStringLiteral("stampato_con_rifiuti"), 5000);
+        QCOMPARE(answerOf(bench.spool, "b.txt").lines, (QStringList{"accettata", "rifiutata 8", "accettata"}));
+        QCOMPARE(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato"));
 
-void EndToEndTest::registerOffAtStart()
-{
-    QFETCH(QStringList, mode);
-    Bench bench({"--fault", "silence 4000"}); // switched on four seconds after the program
-    QVERIFY(bench.ready);
-    QProcess driver;
-    driver.start(QStringLiteral(KELMDREV_EXE), mode + QStringList{"--home", bench.dir.path()});
-    writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-    QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato"), 40000);
-    QCOMPARE(fileLines(bench.journal).filter(QRegularExpression("^[35]/")),
-             (QStringList{"3/S/UNO//1/1.00/1/4/", "5/1/0.00/////"}));
-    ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
-    QVERIFY(driver.waitForFinished(15000));
-}
+        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+        QVERIFY(driver.waitForFinished(10000));
+        QCOMPARE(driver.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(driver.exitCode(), 0);
+        QVERIFY(QString::fromUtf8(driver.readAllStandardError()).contains(QStringLiteral("Driver fermato")));
+    }
+    void pulledAndPluggedBackMidReceipt()
+    {
+        QStringList receipt;
+        for (int i = 1; i <= 8; ++i)
+            receipt << QStringLiteral("3/S/ITEM%1//1/1.00/1/4/").arg(i);
+        receipt << QStringLiteral("5/1/0.00/////");
+        Bench bench({"--delay", "150"}); // slow enough to pull the plug half-way
+        QVERIFY(bench.ready);
+        QProcess driver;
+        driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
+        QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains("e/"), 10000);
+        writeFile(QDir(bench.spool).filePath("a.txt"), (receipt.join("\r\n") + "\r\n").toLatin1());
+        QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).filter("3/S/").size() >= 3, 10000);
+        QCOMPARE(bench.fault("unplug"), QStringLiteral("ok"));
+        QByteArray said;
+        QTRY_VERIFY_WITH_TIMEOUT((said += driver.readAllStandardError()).contains("ECR non risponde: nuovo tentativo alle"),
+                                 40000);
+        QCOMPARE(answerOf(bench.spool, "a.txt").state, QStringLiteral("in_corso"));
+        // Plugged back in: the rest goes out without a restart.
+        QCOMPARE(bench.fault("replug"), QStringLiteral("ok"));
+        QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains(receipt.last()), 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state != QStringLiteral("in_corso"), 5000);
+        QVERIFY((said += driver.readAllStandardError()).contains("ECR di nuovo in linea"));
+        QCOMPARE(driver.state(), QProcess::Running);
+        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+        QVERIFY(driver.waitForFinished(15000));
+        QCOMPARE(driver.exitCode(), 0);
 
-void EndToEndTest::headlessRefusesToStart_data()
-{
-    QTest::addColumn<QString>("ini");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("no model") << "[Parametri]\r\nDispositivo=virtual\r\nVelocita=9600\r\n" << "Tipo Modello non impostato";
-    QTest::newRow("unknown model") << "[Parametri]\r\nModello=Nessuno\r\nDispositivo=virtual\r\nVelocita=9600\r\n"
-                                   << "Modello sconosciuto";
-    QTest::newRow("spool folder missing")
-        << "[Parametri]\r\nModello=Velt\r\nDispositivo=virtual\r\nVelocita=9600\r\nServerDir=/nonexistent/spool\r\n"
-        << "La cartella del server non esiste";
-    QTest::newRow("port cannot be opened")
-        << "[Parametri]\r\nModello=Velt\r\nDispositivo=/dev/kelmdrev-none\r\nVelocita=9600\r\n"
-        << "Impossibile Aprire Porta /dev/kelmdrev-none";
-}
+        // Every line is in the journal once and "accettata", or not in it and
+        // said so: the one in flight when the plug went (incerta) and the one
+        // whose handshake failed (non_inviata).
+        const QStringList sent = fileLines(bench.journal).filter(QRegularExpression("^[35]/"));
+        const Answer answer = answerOf(bench.spool, "a.txt");
+        QCOMPARE(answer.lines.size(), receipt.size());
+        for (int i = 0; i < receipt.size(); ++i) {
+            QVERIFY2(sent.count(receipt[i]) <= 1, qPrintable(receipt[i] + " twice: " + sent.join('|')));
+            const QString fate = answer.lines[i];
+            QVERIFY2(sent.contains(receipt[i]) ? fate == "accettata" || fate == "incerta" : fate != "accettata",
+                     qPrintable(receipt[i] + ": " + fate));
+        }
+        QVERIFY2(answer.lines.contains("non_inviata linea_persa"), qPrintable(answer.lines.join('|')));
+        QCOMPARE(answer.state, answer.lines.contains("incerta") ? "incerto" : "stampato_con_rifiuti");
+    }
+    void fatalErrorInAQueueOfTwoFiles()
+    {
+        Bench bench({"--fault", "refuse 3/S/BOOM 52"});
+        QVERIFY(bench.ready);
+        // Both wait before the driver starts: its first tick takes them together.
+        writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n3/S/BOOM//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+        writeFile(QDir(bench.spool).filePath("b.txt"), "3/S/DUE//1/2.00/1/4/\r\n5/1/0.00/////\r\n");
+        QTest::qWait(300);
+        QProcess driver;
+        driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
+        QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato_con_rifiuti"), 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(!answerOf(bench.spool, "b.txt").state.isEmpty(), 5000);
+        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+        QVERIFY(driver.waitForFinished(15000));
+        QCOMPARE(answerOf(bench.spool, "a.txt").lines, (QStringList{"accettata", "rifiutata 52", "non_inviata errore_grave"}));
+        QVERIFY2(bench.log().filter("Stampante scollegata").size() == 1, qPrintable(bench.log().join('\n')));
+        // The folder lists them in no set order: b.txt went first, or was emptied.
+        if (fileLines(bench.journal).contains("3/S/DUE//1/2.00/1/4/"))
+            QCOMPARE(answerOf(bench.spool, "b.txt").state, QStringLiteral("stampato"));
+        else
+            QCOMPARE(answerOf(bench.spool, "b.txt").lines,
+                     (QStringList{"non_inviata errore_grave", "non_inviata errore_grave"}));
+    }
+    void spoolAsAShopHasIt()
+    {
+        Bench bench({"--fault", "refuse 3/S/TROPPO 126"});
+        QVERIFY(bench.ready);
+        bench.configure(QStringLiteral("Kelm Brio"), bench.link, QStringLiteral("*"));
+        const QDir spool(bench.spool);
+        writeFile(spool.filePath("Totali.txt"), "3/S/TOTALI//1/1.00/1/4/\r\n");
+        // A receipt that cannot be claimed: where it would be moved, a folder.
+        writeFile(spool.filePath("fermo.txt"), "3/S/FERMO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+        QVERIFY(spool.mkpath("fermo.txt.drev/dentro"));
+        QProcess driver;
+        driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
+        QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains("e/"), 10000);
+        // Stamped an hour ahead, as a share with a fast clock leaves it.
+        {
+            QFile a(spool.filePath("a.txt"));
+            QVERIFY(a.open(QIODevice::WriteOnly));
+            a.write("3/S/UNO//1/1.00/1/4/\r\n3/S/TROPPO//1/9.00/1/4/\r\n5/1/0.00/////\r\n");
+            a.setFileTime(QDateTime::currentDateTime().addSecs(3600), QFileDevice::FileModificationTime);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato_con_rifiuti"), 10000);
 
-void EndToEndTest::headlessRefusesToStart()
-{
-    QFETCH(QString, ini);
-    QFETCH(QString, message);
-    QTemporaryDir dir;
-    writeFile(dir.filePath("KelmDrev.ini"), ini.toLatin1());
-    QProcess p;
-    p.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", dir.path()});
-    QVERIFY(p.waitForFinished(10000));
-    QCOMPARE(p.exitCode(), 1);
-    const QString err = QString::fromUtf8(p.readAllStandardError());
-    QVERIFY2(err.contains(message), qPrintable(err));
-}
+        // Waiting on the file it cannot claim costs nothing and says so once.
+        const double before = cpuSeconds(driver.processId());
+        QTest::qWait(10000);
+        const double used = cpuSeconds(driver.processId()) - before;
+        QVERIFY2(used < 0.25, qPrintable(QString::number(used)));
+        QCOMPARE(bench.log().filter("File non acquisito").size(), 1);
+        QCOMPARE(bench.log().filter("Raggiunto l'importo massimo per totale scontrino").size(), 1);
+        // Its own files are not receipts, though "*" matches them.
+        QVERIFY(QFile::exists(spool.filePath("Totali.txt")));
+        QCOMPARE(fileLines(bench.journal).filter(QRegularExpression("^[35]/")),
+                 (QStringList{"3/S/UNO//1/1.00/1/4/", "5/1/0.00/////"}));
+        QCOMPARE(answerOf(bench.spool, "a.txt").lines, (QStringList{"accettata", "rifiutata 126", "accettata"}));
+        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+        QVERIFY(driver.waitForFinished(15000));
+    }
+    void registerOffAtStart_data()
+    {
+        columns<QStringList>("mode");
+        QTest::newRow("headless") << QStringList{"--headless"};
+        QTest::newRow("window") << QStringList{};
+    }
+    void registerOffAtStart()
+    {
+        QFETCH(QStringList, mode);
+        Bench bench({"--fault", "silence 4000"}); // switched on four seconds after the program
+        QVERIFY(bench.ready);
+        QProcess driver;
+        driver.start(QStringLiteral(KELMDREV_EXE), mode + QStringList{"--home", bench.dir.path()});
+        writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+        QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato"), 40000);
+        QCOMPARE(fileLines(bench.journal).filter(QRegularExpression("^[35]/")),
+                 (QStringList{"3/S/UNO//1/1.00/1/4/", "5/1/0.00/////"}));
+        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+        QVERIFY(driver.waitForFinished(15000));
+    }
+    // Started with settings it cannot use: headless exits 1, a command 2,
+    // saying why and printing no result.
+    void refusesToStart_data()
+    {
+        columns<QString, QString, QString>("mode", "ini", "message");
+        const QString p = QStringLiteral("[Parametri]\r\nVelocita=9600\r\n");
+        row("no model", "--headless", p + "Dispositivo=virtual\r\n", "Tipo Modello non impostato");
+        row("unknown model", "--headless", p + "Modello=Nessuno\r\nDispositivo=virtual\r\n", "Modello sconosciuto");
+        row("spool folder missing", "--headless", p + "Modello=Velt\r\nDispositivo=virtual\r\nServerDir=/nonexistent/spool\r\n",
+            "La cartella del server non esiste");
+        row("port cannot be opened", "--headless", p + "Modello=Velt\r\nDispositivo=/dev/kelmdrev-none\r\n",
+            "Impossibile Aprire Porta /dev/kelmdrev-none");
+        row("send, no model", "send", p + "Dispositivo=/dev/null\r\n", "Tipo Modello non impostato");
+        row("send, no such port", "send", p + "Modello=Kelm Brio\r\nDispositivo=/dev/kelmdrev-none\r\n",
+            "Impossibile Aprire Porta /dev/kelmdrev-none");
+    }
+    void refusesToStart()
+    {
+        QFETCH(QString, mode);
+        QTemporaryDir dir;
+        writeFile(dir.filePath("KelmDrev.ini"), fetch<QString>("ini").toLatin1());
+        QProcess p;
+        p.start(QStringLiteral(KELMDREV_EXE), QStringList{"--home", dir.path(), mode} + (mode == "send" ? QStringList{"a/"} : QStringList{}));
+        QVERIFY(p.waitForFinished(10000));
+        QCOMPARE(p.exitCode(), mode == "send" ? 2 : 1);
+        const QString err = QString::fromUtf8(p.readAllStandardError());
+        QVERIFY2(err.contains(fetch<QString>("message")), qPrintable(err));
+        QVERIFY(mode != "send" || p.readAllStandardOutput().isEmpty());
+    }
+};
 
 QTEST_GUILESS_MAIN(EndToEndTest)
 #include "tst_e2e_pty.moc"

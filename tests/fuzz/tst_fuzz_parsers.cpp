@@ -24,6 +24,7 @@
 #include "technician/LastReceiptReprint.h"
 #include "technician/VirtualDisplay.h"
 
+#include "Table.h"
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
@@ -63,106 +64,96 @@ class FuzzTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void answerParsers();
-    void receiptLines();
-    void settingsFiles();
-    void keptCases_data();
-    void keptCases();
+    void answerParsers()
+    {
+        QRandomGenerator r(20261121);
+        VatRateTable rates = unknownVatRates();
+        for (int round = 0; round < kRounds; ++round) {
+            const QString a = randomAnswer(r);
+            parseIdentity(a);
+            const VatRatesRead vat = parseVatRates(a);
+            QCOMPARE(vat.table.size(), size_t(kVatTableSize));
+            programming::parseDepartment(a);
+            programming::parsePlu(a);
+            programming::parsePaymentType(a);
+            programming::parseSParameters(a);
+            programming::restoredLine(a);
+            if (const auto lines = technician::displayLines(a)) {
+                QCOMPARE(lines->line1.size(), 16);
+                QCOMPARE(lines->line2.size(), 16);
+            }
+            technician::displayReadsZero(a);
+            technician::reprintStepsAfter(a);
+            technician::consoleAnswerText(a);
+            server::totalsText(a);
+            server::answerStatus(a);
+            server::statusByteFromAnswer(a);
+            server::paperOutAfter(a, round % 2);
+            rates[static_cast<size_t>(round % kVatTableSize)] = qint32(r.bounded(100)) - 1;
+            server::rewriteItemLine(QStringLiteral("3/") + a, {true, true, {int(r.bounded(40)) - 5, 30}, rates});
+            const server::CommandDecision d = server::decideCommand(a, round % 2);
+            QVERIFY(d.action != server::CommandAction::Send || !d.record.isEmpty() || a.isEmpty());
+            server::NormalizeCustomerRecord(QStringLiteral("j/") + a);
+            server::matchesFileMask(server::parseFileMask(a.left(12)), a.mid(12, 30));
+        }
+    }
+    void receiptLines()
+    {
+        QRandomGenerator r(7);
+        for (int round = 0; round < kRounds / 3; ++round) {
+            const QByteArray bytes = randomBytes(r);
+            const QStringList lines = server::splitReceiptLines(bytes);
+            for (const QString& line : lines) {
+                QVERIFY(!line.contains(u'\r') && !line.contains(u'\n')); // never sent
+                if (const auto normalized = server::normalizeQueueLine(line))
+                    QVERIFY(normalized->endsWith(u'/'));
+            }
+            readInputItems(bytes);
+            LoadForbiddenExtensions(bytes);
+            programming::loadPluFile(bytes);
+            technician::commandFileRecords(bytes);
+        }
+    }
+    void settingsFiles()
+    {
+        QRandomGenerator r(42);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("KelmDrev.ini"));
+        for (int round = 0; round < kRounds / 10; ++round) {
+            QFile f(path);
+            QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            f.write(randomBytes(r));
+            f.close();
+            const IniFile ini(path);
+            ini.read(QStringLiteral("Parametri"), QStringLiteral("Modello"), QString(), 64);
+            // Whatever the file held, a key written reads back, and the rest of
+            // what could be read before stays readable.
+            const QString value = QStringLiteral("v%1 ; , \\ x").arg(round);
+            QVERIFY(ini.write(QStringLiteral("Parametri"), QStringLiteral("Porta"), value));
+            QCOMPARE(ini.read(QStringLiteral("parametri"), QStringLiteral("porta"), QString(), 255), value);
+        }
+    }
+    void keptCases_data()
+    {
+        columns<QString>("answer");
+        // Short answers around the header's end and the display's bounds.
+        QTest::newRow("empty") << QString();
+        QTest::newRow("header only") << QStringLiteral("00/00/01/");
+        QTest::newRow("one character short of a display") << QStringLiteral("00/00/01/") + QString(33, u'x');
+        QTest::newRow("slashes only") << QString(40, u'/');
+        QTest::newRow("NUL in the middle") << QStringLiteral("00/00/01/ab\u0000cd/ef/");
+    }
+    void keptCases()
+    {
+        QFETCH(QString, answer);
+        QVERIFY(!technician::displayLines(answer) || answer.size() >= 43);
+        parseIdentity(answer);
+        programming::parsePlu(answer);
+        programming::parseSParameters(answer);
+        server::totalsText(answer);
+        technician::reprintStepsAfter(answer);
+    }
 };
-
-void FuzzTest::answerParsers()
-{
-    QRandomGenerator r(20261121);
-    VatRateTable rates = unknownVatRates();
-    for (int round = 0; round < kRounds; ++round) {
-        const QString a = randomAnswer(r);
-        parseIdentity(a);
-        const VatRatesRead vat = parseVatRates(a);
-        QCOMPARE(vat.table.size(), size_t(kVatTableSize));
-        programming::parseDepartment(a);
-        programming::parsePlu(a);
-        programming::parsePaymentType(a);
-        programming::parseSParameters(a);
-        programming::restoredLine(a);
-        if (const auto lines = technician::displayLines(a)) {
-            QCOMPARE(lines->line1.size(), 16);
-            QCOMPARE(lines->line2.size(), 16);
-        }
-        technician::displayReadsZero(a);
-        technician::reprintStepsAfter(a);
-        technician::consoleAnswerText(a);
-        server::totalsText(a);
-        server::answerStatus(a);
-        server::statusByteFromAnswer(a);
-        server::paperOutAfter(a, round % 2);
-        rates[static_cast<size_t>(round % kVatTableSize)] = qint32(r.bounded(100)) - 1;
-        server::rewriteItemLine(QStringLiteral("3/") + a, {true, true, {int(r.bounded(40)) - 5, 30}, rates});
-        const server::CommandDecision d = server::decideCommand(a, round % 2);
-        QVERIFY(d.action != server::CommandAction::Send || !d.record.isEmpty() || a.isEmpty());
-        server::NormalizeCustomerRecord(QStringLiteral("j/") + a);
-        server::matchesFileMask(server::parseFileMask(a.left(12)), a.mid(12, 30));
-    }
-}
-
-void FuzzTest::receiptLines()
-{
-    QRandomGenerator r(7);
-    for (int round = 0; round < kRounds / 3; ++round) {
-        const QByteArray bytes = randomBytes(r);
-        const QStringList lines = server::splitReceiptLines(bytes);
-        for (const QString& line : lines) {
-            QVERIFY(!line.contains(u'\r') && !line.contains(u'\n')); // never sent
-            if (const auto normalized = server::normalizeQueueLine(line))
-                QVERIFY(normalized->endsWith(u'/'));
-        }
-        readInputItems(bytes);
-        LoadForbiddenExtensions(bytes);
-        programming::loadPluFile(bytes);
-        technician::commandFileRecords(bytes);
-    }
-}
-
-void FuzzTest::settingsFiles()
-{
-    QRandomGenerator r(42);
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("KelmDrev.ini"));
-    for (int round = 0; round < kRounds / 10; ++round) {
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        f.write(randomBytes(r));
-        f.close();
-        const IniFile ini(path);
-        ini.read(QStringLiteral("Parametri"), QStringLiteral("Modello"), QString(), 64);
-        // Whatever the file held, a key written reads back, and the rest of
-        // what could be read before stays readable.
-        const QString value = QStringLiteral("v%1 ; , \\ x").arg(round);
-        QVERIFY(ini.write(QStringLiteral("Parametri"), QStringLiteral("Porta"), value));
-        QCOMPARE(ini.read(QStringLiteral("parametri"), QStringLiteral("porta"), QString(), 255), value);
-    }
-}
-
-void FuzzTest::keptCases_data()
-{
-    QTest::addColumn<QString>("answer");
-    // Short answers around the header's end and the display's bounds.
-    QTest::newRow("empty") << QString();
-    QTest::newRow("header only") << QStringLiteral("00/00/01/");
-    QTest::newRow("one character short of a display") << QStringLiteral("00/00/01/") + QString(33, u'x');
-    QTest::newRow("slashes only") << QString(40, u'/');
-    QTest::newRow("NUL in the middle") << QStringLiteral("00/00/01/ab\u0000cd/ef/");
-}
-
-void FuzzTest::keptCases()
-{
-    QFETCH(QString, answer);
-    QVERIFY(!technician::displayLines(answer) || answer.size() >= 43);
-    parseIdentity(answer);
-    programming::parsePlu(answer);
-    programming::parseSParameters(answer);
-    server::totalsText(answer);
-    technician::reprintStepsAfter(answer);
-}
 
 QTEST_APPLESS_MAIN(FuzzTest)
 #include "tst_fuzz_parsers.moc"

@@ -1,229 +1,352 @@
-// The link protocol against a scripted far end, in virtual time.
+// The link against a scripted far end in virtual time (handshake, frames,
+// answers, time-outs), the panels' command road, the register's error table
+// and Windows-1252 on the line.
 #include "LineScript.h"
+#include "RecordingStatus.h"
+#include "Table.h"
 #include "link/Clock.h"
+#include "link/CodePage.h"
+#include "link/EcrErrors.h"
 #include "link/EcrLink.h"
 #include "link/Framing.h"
+#include "link/PanelCommand.h"
 #include "link/VirtualLinePort.h"
-
-#include <QTest>
 
 using namespace kelm;
 
 namespace {
 
-const QString kEleven = QStringLiteral("00/00/01/X/");          // 11 characters
-const QString kTen = QStringLiteral("00/00/01/X");              // 10 characters
-const QString kUntouched = QStringLiteral("left over");    // what the caller passed in
+const QString kEleven = QStringLiteral("00/00/01/X/"); // 11 characters
+const QString kTen = QStringLiteral("00/00/01/X");     // 10 characters
+const QString kUntouched = QStringLiteral("left over"); // what the caller passed in
 const QString kRound = QStringLiteral("<CAN><CAN><CAN><ENQ>");
 
-QString frameOf(const QString& text) { return QStringLiteral("<STX>") + text + QStringLiteral("<ETX>"); }
+QString frameOf(const QString& text) { return "<STX>" + text + "<ETX>"; }
+
+// A scripted far end on a virtual port, time starting at startMs.
+struct Line {
+    explicit Line(qint64 startMs = 0, bool plugged = true, bool open = true) : clock(startMs)
+    {
+        peer.plugged = plugged;
+        if (open)
+            port.open(QStringLiteral("test"), 9600);
+    }
+    ScriptedPeer peer;
+    VirtualClock clock;
+    VirtualLinePort port{peer, clock};
+    EcrLink link{port, clock};
+};
+
+struct Expected {
+    const char* status;
+    int errorClass;
+    const char16_t* message;
+};
+
+// Status digits as the register sends them, with the class and the text users must see.
+const Expected kTable[] = {
+    {"01", 2, u"Campi del comando insufficienti"}, {"02", 2, u"Presente campo/i comando in eccesso"},
+    {"03", 2, u"Un campo del comando e' troppo corto"}, {"04", 2, u"Controllare i campi del comando"},
+    {"05", 2, u"Controllare i campi del comando"}, {"06", 2, u"Comando non supportato"},
+    {"07", 2, u"Il PLU non esiste"}, {"08", 2, u"Il reparto non esiste"}, {"09", 2, u"Aliquota IVA errata"},
+    {"0A", 2, u"Numero operatore inesistente"}, {"0B", 2, u"Password operatore errata"},
+    {"0C", 2, u"Pagamento inesistente"}, {"0D", 2, u"The requested Fiscal record doesn’t exist"},
+    {"0E", 2, u"The requested Fiscal record type doesn’t exist"}, {"0F", 2, u"Printing type error"},
+    {"10", 2, u"Giornata aperta, effettuare azzeramento Z1"}, {"11", 2, u"Disconnect Jumpers first"},
+    {"12", 2, u"Data-Ora errata"}, {"13", 2, u"CAN NOT PERFORM SALES"}, {"14", 2, u"Scontrino fiscale aperto"},
+    {"15", 2, u"Pagamento non valido"}, {"16", 2, u"Entrate - Prelievi in corso"},
+    {"17", 2, u"Aliquota IVA errata, controllare corrispondenza IVA-Reparto"}, {"18", 2, u"Errore prezzo"},
+    {"19", 2, u"Protocollo ONLINE attivo"}, {"1A", 1, u"Busy, reinvia il comando"},
+    {"1B", 2, u"Operazione di vendita non valida"}, {"1C", 2, u"Sconto - Aumento non valido"},
+    {"1D", 9, u"Raggiunto limite massimo Intestazioni scontrino"}, {"1E", 2, u"A user’s report is open"},
+    {"1F", 2, u"A user’s report is open"}, {"20", 2, u"The Fiscal Memory has no transactions"},
+    {"21", 2, u"Numero Sconto - Aumento non valido"}, {"22", 2, u"Raggiunto limite massimo PLU registrabili"},
+    {"23", 2, u"Errore nell'invio dei dati BMP"}, {"24", 2, u"The BMP index number doesn’t exist"},
+    {"25", 2, u"Numero categoria inesistente"}, {"26", 2, u"Printer ID index error"}, {"27", 2, u"Error printing type"},
+    {"28", 2, u"Unit ID index error"}, {"29", 2, u"Impossibile effettuare ulteriori vendite"},
+    {"2A", 9, u"Errore tastiera - Tastiera scollegata"},
+    {"2B", 9, u"Raggiunto limite massimo aliquote IVA programmabili"}, {"2C", 9, u"Errore Giornale elettronico"},
+    {"2D", 9, u"giornale elettronico scollegato"}, {"2E", 9, u"Giornale elettronico non formattato"},
+    {"2F", 9, u"Compact Flash Serial Number mismatch error"}, {"30", 9, u"Compact Flash Index Number mismatch error"},
+    {"31", 4, u"Carta finita"}, {"32", 4, u"Portello rotolo aperto"}, {"33", 2, u"There is a printer’s timeout"},
+    {"34", 9, u"Stampante scollegata"}, {"35", 9, u"Errore taglierina"}, {"36", 9, u"Memoria fiscale scollegata"},
+    {"37", 9, u"Fatal error"}, {"38", 2, u"Posizionare la chiave in EMISSIONE RICEVUTA"},
+    {"39", 9, u"Problema batteria tampone"}, {"3A", 9, u"Jumpers ancora inseriti. Rimuovere jumpers"},
+    {"3B", 9, u"Errore giornale elettronico"}, {"3C", 9, u"Giornale elettronico pieno"},
+    {"3D", 9, u"Data - ora errate"}, {"3E", 2, u"Barcode errato"}, {"3F", 2, u"Bonus index error (>20)"},
+    {"40", 2, u"Client can not have credit and balance amount"}, {"41", 2, u"Invalid add/delete parameter"},
+    {"42", 2, u"Cliente non trovato"}, {"43", 2, u"Database clienti pieno"}, {"44", 2, u"Errore database clienti"},
+    {"45", 2, u"Cliente rimosso"}, {"46", 2, u"Tastiera errata"}, {"47", 9, u"Stampante surriscaldata"},
+    {"50", 2, u"Parola (TOTALE) non ammessa"}, {"64", 2, u"Quantità superiore al consentito"},
+    {"65", 2, u"Importo superiore al consentito"}, {"66", 2, u"PLU inesistente"}, {"67", 2, u"Reparto inesistente"},
+    {"68", 2, u"Scontrino aperto"}, {"69", 2, u"Entrata di cassa in corso"}, {"6A", 2, u"Prelievo di cassa in corso"},
+    {"6B", 2, u"Importo IVA negativo"}, {"6C", 2, u"Nessuno scontrino aperto"},
+    {"6D", 2, u"No transactions in the receipt ."}, {"6E", 2, u"Action is not allowed"},
+    {"6F", 2, u"The total payment amount must be inserted first"}, {"70", 2, u"Totale negativo non permesso"},
+    {"71", 2, u"Richiesto SUBTOTALE prima"}, {"72", 2, u"Modifica non consentita"}, {"73", 2, u"Scontrino aperto"},
+    {"74", 2, u"There is an open CASH IN/OUT."}, {"75", 2, u"There is not an open CASH IN."},
+    {"76", 2, u"There is not an open CASH OUT."}, {"77", 2, u"Codice pagamento errato"},
+    {"78", 2, u"Codice reparto errato"}, {"79", 2, u"Ticket’s decimal quantity is not allowed."},
+    {"7A", 2, u"Sconto - aumento a zero non consentito"}, {"7B", 2, u"Raggiunto limite sconto - aumento"},
+    {"7C", 2, u"Vendita con importo zero non permessa"}, {"7D", 2, u"Reparto - PLU non attivi"},
+    {"7E", 2, u"Raggiunto l'importo massimo per totale scontrino"}, {"7F", 2, u"Raggiunto l'importo massimo"},
+    {"80", 2, u"Coupon discount in subtotal is not allowed."},
+};
+
+enum class Opening { Never, Refused, Open };
 
 } // namespace
 
-class LinkProtocolTest : public QObject {
+Q_DECLARE_METATYPE(Opening)
+
+class LinkTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void checksum_data();
-    void checksum();
-    void transaction_data();
-    void transaction();
-    void waitForData_data();
-    void waitForData();
-    void overLongAnswerIsCutAndRestStaysQueued();
-    void failedHandshakeLeavesAnswerUntouched();
+    void checksum_data()
+    {
+        columns<QByteArray, QByteArray>("record", "digits");
+        row("identity", QByteArray("a/"), QByteArray("44"));
+        row("daily closure, sum wraps past 256", QByteArray("x/7/0/0/"), QByteArray("03"));
+        row("journal", QByteArray(")/120/"), QByteArray("26"));
+        row("payment", QByteArray("5/1/0.00/////"), QByteArray("09"));
+        row("empty record", QByteArray(), QByteArray("00"));
+        row("byte above 127 counts unsigned", QByteArray("\xE8"), QByteArray("32"));
+    }
+    void checksum()
+    {
+        const QByteArray& record = fetch<QByteArray>("record");
+        QTEST(frame::checksumDigits(record), "digits");
+        QCOMPARE(frame::commandFrame(record), "\x02" + record + fetch<QByteArray>("digits") + "\x03");
+    }
+
+    void transaction_data()
+    {
+        // Replies to ENQ, to the frame and to NAK; the result, the answer, what
+        // the PC put on the line and the virtual ms the transaction took.
+        columns<QStringList, QStringList, QStringList, int, QString, QString, qint64>("enq", "frame", "nak", "result",
+                                                                                   "answer", "wire", "elapsed");
+        const QString sent = QStringLiteral("<STX>a/44<ETX>"), ok = "<ACK>" + frameOf(kEleven);
+        const QStringList ack{"<ACK>"}, none;
+        row("accepted", ack, QStringList{ok}, none, 0, kEleven, kRound + sent + "<ACK>", qint64(10));
+        row("CAN to ENQ ends at once", QStringList{"<CAN>"}, none, none, 1002, kUntouched, kRound, qint64(10));
+        row("silence to ENQ: three rounds", none, none, none, 1004, kUntouched, kRound + kRound + kRound, qint64(3 * 1011));
+        row("stray byte costs one round", QStringList{"x", "<ACK>"}, QStringList{ok}, none, 0, kEleven,
+            kRound + kRound + sent + "<ACK>", qint64(10 + 10));
+        row("ACK at exactly 1000 ms after the pause", QStringList{"{1010}<ACK>"}, QStringList{ok}, none, 0, kEleven,
+            kRound + sent + "<ACK>", qint64(1010));
+        row("ACK 1 ms too late is purged with the next round", QStringList{"{1011}<ACK>"}, none, none, 1004, kUntouched,
+            kRound + kRound + kRound, qint64(3 * 1011));
+        row("NAK to the frame is final", ack, QStringList{"<NAK>"}, none, 1001, kUntouched, kRound + sent, qint64(10));
+        row("CAN to the frame", ack, QStringList{"<CAN>"}, none, 1003, kUntouched, kRound + sent, qint64(10));
+        row("silence to the frame: sent three times", ack, none, none, 1007, kUntouched, kRound + sent + sent + sent,
+            qint64(10 + 3 * 2001));
+        row("garbage to the frame: sent again", ack, QStringList{"?", ok}, none, 0, kEleven, kRound + sent + sent + "<ACK>",
+            qint64(10));
+        row("frame ACK at exactly 2000 ms", ack, QStringList{"{2000}" + ok}, none, 0, kEleven, kRound + sent + "<ACK>",
+            qint64(2010));
+        row("no STX within 2000 ms: no NAK, no retry", ack, ack, none, 1005, "", kRound + sent, qint64(10 + 2001));
+        row("garbage before STX, each byte in time", ack, QStringList{"<ACK>{1999}zz{2000}y" + frameOf(kEleven)}, none, 0,
+            kEleven, kRound + sent + "<ACK>", qint64(10 + 3999));
+        row("garbage then a gap of more than 2000 ms", ack, QStringList{"<ACK>zz{2001}" + frameOf(kEleven)}, none, 1005, "",
+            kRound + sent, qint64(10 + 2001));
+        row("10 characters are refused three times", ack, QStringList{"<ACK>" + frameOf(kTen)},
+            QStringList{frameOf(kTen), frameOf(kTen)}, 1006, kTen + kTen + kTen, kRound + sent + "<NAK><NAK><NAK>", qint64(10));
+        row("refused characters stay in front of the repeat", ack, QStringList{"<ACK>" + frameOf(kTen)},
+            QStringList{frameOf(kEleven)}, 0, kTen + kEleven, kRound + sent + "<NAK><ACK>", qint64(10));
+        row("a pause of 500 ms inside the frame is allowed", ack, QStringList{"<ACK><STX>00/00{500}/01/X/<ETX>"}, none, 0,
+            kEleven, kRound + sent + "<ACK>", qint64(10 + 500));
+        row("a frame that breaks off is refused, its part kept", ack, QStringList{"<ACK><STX>00/00{501}/01/X/<ETX>"},
+            QStringList{frameOf(kEleven)}, 0, "00/00" + kEleven, kRound + sent + "<NAK><ACK>", qint64(10 + 501));
+        row("no STX after a NAK ends with 1005", ack, QStringList{"<ACK>" + frameOf(kTen)}, none, 1005, kTen,
+            kRound + sent + "<NAK>", qint64(10 + 2001));
+    }
+    void transaction()
+    {
+        Line line(1'000'000);
+        line.peer.enqReplies = fetch<QStringList>("enq");
+        line.peer.frameReplies = fetch<QStringList>("frame");
+        line.peer.nakReplies = fetch<QStringList>("nak");
+        QString received = kUntouched;
+        QTEST(int(line.link.EcrTransaction(QStringLiteral("a/"), received)), "result");
+        QTEST(received, "answer");
+        QTEST(line.peer.wire(), "wire");
+        QTEST(line.clock.nowMs() - 1'000'000, "elapsed");
+    }
+
+    void waitForData_data()
+    {
+        columns<QString, int, qint64, bool, qint64>("script", "timeout", "clockStart", "seen", "elapsed"); // reply to a byte
+        row("byte already waiting: no wait", "x", 1000, qint64(0), true, qint64(0));
+        row("byte at exactly t", "{1000}x", 1000, qint64(0), true, qint64(1000));
+        row("byte at t + 1 is too late", "{1001}x", 1000, qint64(0), false, qint64(1001));
+        row("nothing: strictly more than t", "", 500, qint64(0), false, qint64(501));
+        row("32-bit tick wraps during the wait", "{300}x", 1000, qint64(0xFFFFFF00), true, qint64(300));
+        row("wrap with nothing to read", "", 1000, qint64(0xFFFFFF00), false, qint64(1001));
+    }
+    void waitForData()
+    {
+        Line line(fetch<qint64>("clockStart"));
+        line.peer.enqReplies = {fetch<QString>("script")};
+        line.port.writeByte(frame::ENQ);
+        QTEST(line.link.WaitForData(fetch<int>("timeout")), "seen");
+        QTEST(line.clock.nowMs() - fetch<qint64>("clockStart"), "elapsed");
+        if (fetch<bool>("seen")) {
+            QCOMPARE(line.port.bytesWaiting(), qint64(1)); // not consumed by the wait
+            QCOMPARE(line.port.readByte(), quint8('x'));
+            QCOMPARE(line.port.readByte(), quint8(0)); // an empty queue reads as 0
+        }
+    }
+
+    void overLongAnswerIsCutAndRestStaysQueued()
+    {
+        Line line;
+        line.peer.enqReplies = {QStringLiteral("<ACK>")};
+        line.peer.frameReplies = {"<ACK>" + frameOf(QString(2050, u'A'))};
+        QString answer;
+        QCOMPARE(int(line.link.EcrTransaction(QStringLiteral("a/"), answer)), 0);
+        QCOMPARE(answer, QString(2047, u'A'));
+        QVERIFY(line.peer.wire().endsWith(QStringLiteral("<ETX><ACK>")));
+        // The 2048th byte was dropped; two more characters and the ETX remain.
+        QCOMPARE(line.port.bytesWaiting(), qint64(3));
+    }
+
+    void panelCommand_data()
+    {
+        columns<Opening, QStringList, QString, int, QString, QString, qint64>("opening", "enq", "reply", "result",
+                                                                           "errorText", "lastAnswer", "elapsed");
+        const QStringList ack{"<ACK>"};
+        row("port never opened: no transaction", Opening::Never, QStringList{}, "", 9999,
+            "Err. 9999 : Comunicazione Impossibile", "", qint64(0));
+        row("open refused: the handshake runs and fails", Opening::Refused, QStringList{}, "", 1004,
+            "Err. 1004 : Comunicazione Impossibile", "", qint64(3 * 1011));
+        row("CAN to ENQ", Opening::Open, QStringList{"<CAN>"}, "", 1002, "Err. 1002 : Comunicazione Impossibile", "", qint64(10));
+        row("busy answer", Opening::Open, ack, "<ACK>" + frameOf("1A/00/00/x/"), 26, "Err. 26 : Comunicazione errata",
+            "1A/00/00/x/", qint64(10));
+        row("lower-case status reads as 16", Opening::Open, ack, "<ACK>" + frameOf("1a/00/00/x/"), 16,
+            "Err. 16 : Comunicazione errata", "1a/00/00/x/", qint64(10));
+        row("accepted", Opening::Open, ack, "<ACK>" + frameOf("00/00/01/x/"), 0, "", "00/00/01/x/", qint64(10));
+    }
+    void panelCommand()
+    {
+        const Opening opening = fetch<Opening>("opening");
+        Line line(0, opening != Opening::Refused, false);
+        line.peer.enqReplies = fetch<QStringList>("enq");
+        line.peer.frameReplies = {fetch<QString>("reply")};
+        if (opening != Opening::Never)
+            QCOMPARE(line.port.open(QStringLiteral("test"), 9600), opening == Opening::Open);
+        RecordingStatus status;
+        status.setPanel(1, QStringLiteral("before"));
+        status.setPanel(2, QStringLiteral("before"));
+        status.changes.clear();
+        PanelCommand command(line.link, status);
+        QTEST(int(command(QStringLiteral("a/"))), "result");
+        QTEST(int(command.LastResult), "result");
+        QTEST(command.LastErrorText, "errorText");
+        QTEST(command.LastAnswer, "lastAnswer");
+        QTEST(line.clock.nowMs(), "elapsed");
+        const QString& error = fetch<QString>("errorText");
+        QCOMPARE(status.panels[1], error.isEmpty() ? QString() : QStringLiteral("Attenzione!"));
+        QCOMPARE(status.panels[2], error);
+        // A port never opened leaves the bar uncleared before the message.
+        QCOMPARE(status.changes.contains(QStringLiteral("1=")), opening != Opening::Never);
+    }
+
+    void successAfterFailureClearsTheBar()
+    {
+        Line line;
+        line.peer.enqReplies = {"<ACK>", "<ACK>"};
+        line.peer.frameReplies = {"<ACK>" + frameOf("08/00/00/x/"), "<ACK>" + frameOf("00/00/01/x/")};
+        RecordingStatus status;
+        PanelCommand command(line.link, status);
+        QCOMPARE(int(command(QStringLiteral("d/99/"))), 8);
+        QCOMPARE(status.panels[2], QStringLiteral("Err. 8 : Comunicazione errata"));
+        QCOMPARE(int(command(QStringLiteral("a/"))), 0);
+        QCOMPARE(status.panels[1], QString());
+        QCOMPARE(status.panels[2], QString());
+        QCOMPARE(command.LastErrorText, QString());
+    }
+
+    void everyNumberOfTheTable_data()
+    {
+        columns<QString, int, QString>("status", "errorClass", "message");
+        for (const Expected& e : kTable)
+            row(e.status, QString::fromLatin1(e.status), e.errorClass, QString::fromUtf16(e.message));
+    }
+    void everyNumberOfTheTable()
+    {
+        const QString& status = fetch<QString>("status");
+        QString text = QStringLiteral("stale");
+        QTEST(int(EcrErrorMessage(status, text)), "errorClass");
+        QTEST(text, "message");
+        // Lower-case hexadecimal reads the same here.
+        QTEST(int(EcrErrorMessage(status.toLower(), text)), "errorClass");
+        QTEST(text, "message");
+    }
+
+    // Outside the table: class 0 and no text, whatever text was passed in.
+    void exactlyTheTableIsKnown()
+    {
+        int known = 0;
+        for (int n = -2; n < 256; ++n) {
+            QString text = QStringLiteral("stale");
+            const QString status = n == -2 ? QString() : n == -1 ? QStringLiteral("ZZ") : QString::number(n, 16);
+            known += EcrErrorMessage(status, text) != 0 || !text.isEmpty();
+        }
+        QCOMPARE(known, 101);
+    }
+
+    void commandErrorText_data()
+    {
+        columns<QString, QString, QString, QString>("status", "command", "number", "text");
+        row("busy on the closure", "1A", "x/7/0/0/", "26", "Comando 'x/7/0/0/' - Errore N. 26");
+        row("lower-case letter counts as 0", "1a", "x/7/0/0/", "16", "Comando 'x/7/0/0/' - Errore N. 16");
+        row("no padding", "08", "3/S/A//1/1/1/1/", "8", "Comando '3/S/A//1/1/1/1/' - Errore N. 8");
+        row("paper out", "31", "5/1/", "49", "Comando '5/1/' - Errore N. 49");
+        row("128", "80", "a/", "128", "Comando 'a/' - Errore N. 128");
+    }
+    void commandErrorText()
+    {
+        QString status = fetch<QString>("status");
+        QTEST(CommandErrorText(status, fetch<QString>("command")), "text");
+        QTEST(status, "number");
+    }
+
+    void hexDigitValue_data()
+    {
+        columns<QChar, int>("digit", "value");
+        const QString digits = QStringLiteral("09AFaG/");
+        const int values[] = {0, 9, 10, 15, 0, 0, 0};
+        for (int i = 0; i < digits.size(); ++i)
+            row(qPrintable(digits.mid(i, 1)), digits[i], values[i]);
+    }
+    void hexDigitValue() { QTEST(int(HexDigitValue(fetch<QChar>("digit"))), "value"); }
+
+    void encode_data()
+    {
+        columns<QString, QByteArray>("text", "bytes");
+        row("ascii record", "3/S/REPARTO1//1/5.26/1/4/", QByteArray("3/S/REPARTO1//1/5.26/1/4/"));
+        row("euro sign", QStringLiteral("SC \u20AC"), QByteArray("SC \x80"));
+        row("accented letters", QStringLiteral("Velocit\u00E0 perch\u00E9"), QByteArray("Velocit\xE0 perch\xE9"));
+        row("typographic apostrophe", QStringLiteral("doesn\u2019t"), QByteArray("doesn\x92t"));
+        row("CJK becomes ?", QStringLiteral("a\u4E00b"), QByteArray("a?b"));
+        row("outside the BMP is one ?", QString::fromUtf8("a\xF0\x9F\x98\x80z"), QByteArray("a?z"));
+        row("a real SUB stays", QStringLiteral("a\u001Ab"), QByteArray("a\x1A" "b"));
+        row("SUB and a missing character", QStringLiteral("\u001A\u4E00"), QByteArray("\x1A?"));
+        row("empty", QString(), QByteArray());
+    }
+    void encode() { QTEST(ansi::encode(fetch<QString>("text")), "bytes"); }
+
+    void everyByteSurvivesARoundTrip()
+    {
+        QByteArray all;
+        for (int b = 0; b < 256; ++b)
+            all.append(static_cast<char>(b));
+        const QString text = ansi::decode(all);
+        QCOMPARE(text.size(), 256);
+        QCOMPARE(ansi::encode(text), all);
+    }
 };
 
-void LinkProtocolTest::checksum_data()
-{
-    QTest::addColumn<QByteArray>("record");
-    QTest::addColumn<QByteArray>("digits");
-    QTest::newRow("identity") << QByteArray("a/") << QByteArray("44");
-    QTest::newRow("daily closure, sum wraps past 256") << QByteArray("x/7/0/0/") << QByteArray("03");
-    QTest::newRow("journal") << QByteArray(")/120/") << QByteArray("26");
-    QTest::newRow("payment") << QByteArray("5/1/0.00/////") << QByteArray("09");
-    QTest::newRow("empty record") << QByteArray() << QByteArray("00");
-    QTest::newRow("byte above 127 counts unsigned") << QByteArray("\xE8") << QByteArray("32");
-}
-
-void LinkProtocolTest::checksum()
-{
-    QFETCH(QByteArray, record);
-    QFETCH(QByteArray, digits);
-    QCOMPARE(frame::checksumDigits(record), digits);
-    QCOMPARE(frame::commandFrame(record), QByteArray("\x02") + record + digits + QByteArray("\x03"));
-}
-
-void LinkProtocolTest::transaction_data()
-{
-    QTest::addColumn<QStringList>("enq");
-    QTest::addColumn<QStringList>("frame");
-    QTest::addColumn<QStringList>("nak");
-    QTest::addColumn<int>("result");
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QString>("wire");    // what the PC put on the line
-    QTest::addColumn<qint64>("elapsed");  // virtual ms the transaction took
-
-    const QString sent = QStringLiteral("<STX>a/44<ETX>");
-    const QString ok = QStringLiteral("<ACK>") + frameOf(kEleven);
-
-    QTest::newRow("accepted") << QStringList{"<ACK>"} << QStringList{ok} << QStringList{} << 0
-                              << kEleven << kRound + sent + "<ACK>" << qint64(10);
-    QTest::newRow("CAN to ENQ ends at once") << QStringList{"<CAN>"} << QStringList{} << QStringList{}
-                                             << 1002 << kUntouched << kRound << qint64(10);
-    QTest::newRow("silence to ENQ: three rounds") << QStringList{} << QStringList{} << QStringList{}
-                                                  << 1004 << kUntouched << kRound + kRound + kRound
-                                                  << qint64(3 * 1011);
-    QTest::newRow("stray byte costs one round")
-        << QStringList{"x", "<ACK>"} << QStringList{ok} << QStringList{} << 0 << kEleven
-        << kRound + kRound + sent + "<ACK>" << qint64(10 + 10);
-    QTest::newRow("ACK at exactly 1000 ms after the pause")
-        << QStringList{"{1010}<ACK>"} << QStringList{ok} << QStringList{} << 0 << kEleven
-        << kRound + sent + "<ACK>" << qint64(1010);
-    QTest::newRow("ACK 1 ms too late is purged with the next round")
-        << QStringList{"{1011}<ACK>"} << QStringList{} << QStringList{} << 1004 << kUntouched
-        << kRound + kRound + kRound << qint64(3 * 1011);
-    QTest::newRow("NAK to the frame is final")
-        << QStringList{"<ACK>"} << QStringList{"<NAK>"} << QStringList{} << 1001 << kUntouched
-        << kRound + sent << qint64(10);
-    QTest::newRow("CAN to the frame") << QStringList{"<ACK>"} << QStringList{"<CAN>"} << QStringList{}
-                                      << 1003 << kUntouched << kRound + sent << qint64(10);
-    QTest::newRow("silence to the frame: sent three times")
-        << QStringList{"<ACK>"} << QStringList{} << QStringList{} << 1007 << kUntouched
-        << kRound + sent + sent + sent << qint64(10 + 3 * 2001);
-    QTest::newRow("garbage to the frame: sent again")
-        << QStringList{"<ACK>"} << QStringList{"?", ok} << QStringList{} << 0 << kEleven
-        << kRound + sent + sent + "<ACK>" << qint64(10);
-    QTest::newRow("frame ACK at exactly 2000 ms")
-        << QStringList{"<ACK>"} << QStringList{"{2000}" + ok} << QStringList{} << 0 << kEleven
-        << kRound + sent + "<ACK>" << qint64(2010);
-    QTest::newRow("no STX within 2000 ms: no NAK, no retry")
-        << QStringList{"<ACK>"} << QStringList{"<ACK>"} << QStringList{} << 1005 << QString()
-        << kRound + sent << qint64(10 + 2001);
-    QTest::newRow("garbage before STX, each byte in time")
-        << QStringList{"<ACK>"} << QStringList{"<ACK>{1999}zz{2000}y" + frameOf(kEleven)}
-        << QStringList{} << 0 << kEleven << kRound + sent + "<ACK>" << qint64(10 + 3999);
-    QTest::newRow("garbage then a gap of more than 2000 ms")
-        << QStringList{"<ACK>"} << QStringList{"<ACK>zz{2001}" + frameOf(kEleven)} << QStringList{}
-        << 1005 << QString() << kRound + sent << qint64(10 + 2001);
-    QTest::newRow("10 characters are refused three times")
-        << QStringList{"<ACK>"} << QStringList{"<ACK>" + frameOf(kTen)}
-        << QStringList{frameOf(kTen), frameOf(kTen)} << 1006 << kTen + kTen + kTen
-        << kRound + sent + "<NAK><NAK><NAK>" << qint64(10);
-    QTest::newRow("refused characters stay in front of the repeat")
-        << QStringList{"<ACK>"} << QStringList{"<ACK>" + frameOf(kTen)} << QStringList{frameOf(kEleven)}
-        << 0 << kTen + kEleven << kRound + sent + "<NAK><ACK>" << qint64(10);
-    QTest::newRow("a pause of 500 ms inside the frame is allowed")
-        << QStringList{"<ACK>"} << QStringList{"<ACK><STX>00/00{500}/01/X/<ETX>"} << QStringList{}
-        << 0 << kEleven << kRound + sent + "<ACK>" << qint64(10 + 500);
-    QTest::newRow("a frame that breaks off is refused, its part kept")
-        << QStringList{"<ACK>"} << QStringList{"<ACK><STX>00/00{501}/01/X/<ETX>"}
-        << QStringList{frameOf(kEleven)} << 0 << QStringLiteral("00/00") + kEleven
-        << kRound + sent + "<NAK><ACK>" << qint64(10 + 501);
-    QTest::newRow("no STX after a NAK ends with 1005")
-        << QStringList{"<ACK>"} << QStringList{"<ACK>" + frameOf(kTen)} << QStringList{} << 1005
-        << kTen << kRound + sent + "<NAK>" << qint64(10 + 2001);
-}
-
-void LinkProtocolTest::transaction()
-{
-    QFETCH(QStringList, enq);
-    QFETCH(QStringList, frame);
-    QFETCH(QStringList, nak);
-    QFETCH(int, result);
-    QFETCH(QString, answer);
-    QFETCH(QString, wire);
-    QFETCH(qint64, elapsed);
-
-    ScriptedPeer peer;
-    peer.enqReplies = enq;
-    peer.frameReplies = frame;
-    peer.nakReplies = nak;
-    VirtualClock clock(1'000'000);
-    VirtualLinePort port(peer, clock);
-    QVERIFY(port.open(QStringLiteral("test"), 9600));
-    EcrLink link(port, clock);
-
-    QString received = kUntouched;
-    QCOMPARE(int(link.EcrTransaction(QStringLiteral("a/"), received)), result);
-    QCOMPARE(received, answer);
-    QCOMPARE(peer.wire(), wire);
-    QCOMPARE(clock.nowMs() - 1'000'000, elapsed);
-}
-
-void LinkProtocolTest::waitForData_data()
-{
-    QTest::addColumn<QString>("script");   // reply to one written byte
-    QTest::addColumn<int>("timeout");
-    QTest::addColumn<qint64>("clockStart");
-    QTest::addColumn<bool>("seen");
-    QTest::addColumn<qint64>("elapsed");
-
-    QTest::newRow("byte already waiting: no wait") << "x" << 1000 << qint64(0) << true << qint64(0);
-    QTest::newRow("byte at exactly t") << "{1000}x" << 1000 << qint64(0) << true << qint64(1000);
-    QTest::newRow("byte at t + 1 is too late") << "{1001}x" << 1000 << qint64(0) << false << qint64(1001);
-    QTest::newRow("nothing: strictly more than t") << "" << 500 << qint64(0) << false << qint64(501);
-    QTest::newRow("32-bit tick wraps during the wait")
-        << "{300}x" << 1000 << qint64(0xFFFFFF00) << true << qint64(300);
-    QTest::newRow("wrap with nothing to read") << "" << 1000 << qint64(0xFFFFFF00) << false << qint64(1001);
-}
-
-void LinkProtocolTest::waitForData()
-{
-    QFETCH(QString, script);
-    QFETCH(int, timeout);
-    QFETCH(qint64, clockStart);
-    QFETCH(bool, seen);
-    QFETCH(qint64, elapsed);
-
-    ScriptedPeer peer;
-    peer.enqReplies = QStringList{script};
-    VirtualClock clock(clockStart);
-    VirtualLinePort port(peer, clock);
-    QVERIFY(port.open(QStringLiteral("test"), 9600));
-    port.writeByte(frame::ENQ);
-    EcrLink link(port, clock);
-
-    QCOMPARE(link.WaitForData(timeout), seen);
-    QCOMPARE(clock.nowMs() - clockStart, elapsed);
-    if (seen) {
-        QCOMPARE(port.bytesWaiting(), qint64(1)); // not consumed by the wait
-        QCOMPARE(port.readByte(), quint8('x'));
-        QCOMPARE(port.readByte(), quint8(0)); // an empty queue reads as 0
-    }
-}
-
-void LinkProtocolTest::overLongAnswerIsCutAndRestStaysQueued()
-{
-    const QString longText = QString(2050, u'A');
-    ScriptedPeer peer;
-    peer.enqReplies = {QStringLiteral("<ACK>")};
-    peer.frameReplies = {QStringLiteral("<ACK>") + frameOf(longText)};
-    VirtualClock clock;
-    VirtualLinePort port(peer, clock);
-    QVERIFY(port.open(QStringLiteral("test"), 9600));
-    EcrLink link(port, clock);
-
-    QString answer;
-    QCOMPARE(int(link.EcrTransaction(QStringLiteral("a/"), answer)), 0);
-    QCOMPARE(answer, QString(2047, u'A'));
-    QVERIFY(peer.wire().endsWith(QStringLiteral("<ETX><ACK>")));
-    // The 2048th byte was dropped; two more characters and the ETX remain.
-    QCOMPARE(port.bytesWaiting(), qint64(3));
-}
-
-void LinkProtocolTest::failedHandshakeLeavesAnswerUntouched()
-{
-    ScriptedPeer peer;
-    peer.enqReplies = {QStringLiteral("<CAN>")};
-    VirtualClock clock;
-    VirtualLinePort port(peer, clock);
-    QVERIFY(port.open(QStringLiteral("test"), 9600));
-    EcrLink link(port, clock);
-    QString answer = QStringLiteral("kept");
-    QCOMPARE(int(link.EcrTransaction(QStringLiteral("a/"), answer)), 1002);
-    QCOMPARE(answer, QStringLiteral("kept"));
-}
-
-QTEST_APPLESS_MAIN(LinkProtocolTest)
+QTEST_APPLESS_MAIN(LinkTest)
 #include "tst_link_protocol.moc"

@@ -5,6 +5,7 @@
 #include "link/Framing.h"
 #include "link/SerialPort.h"
 
+#include "Table.h"
 #include <QElapsedTimer>
 #include <QTest>
 #include <QThread>
@@ -119,131 +120,101 @@ class PtyTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void transactionRoundTrip();
-    void everyWrittenByteReachesTheWire_data();
-    void everyWrittenByteReachesTheWire();
-    void openFailures_data();
-    void openFailures();
-    void closeDiscardsWaitingBytes();
-    void farEndGoneDoesNotSpin();
-};
-
-void PtyTest::transactionRoundTrip()
-{
-    PtyRegister ecr;
-    const QByteArray answer = "00/00/01/99MEA012345/1/QA/0/2.01/";
-    ecr.start(answer);
-    SerialPort port;
-    QVERIFY2(port.open(ecr.slave(), 115200), qPrintable(port.lastError()));
-    SystemClock clock;
-    EcrLink link(port, clock);
-    QString received;
-    QCOMPARE(int(link.EcrTransaction(QStringLiteral("a/"), received)), 0);
-    QCOMPARE(received, QString::fromLatin1(answer));
-    port.close();
-    QCOMPARE(port.handle(), PortHandle::Closed);
-}
-
-void PtyTest::everyWrittenByteReachesTheWire_data()
-{
-    QTest::addColumn<int>("transactions");
-    QTest::addColumn<int>("speed");
-    QTest::newRow("one, port closed right after the answer") << 1 << 9600;
-    QTest::newRow("forty in a row at 115200") << 40 << 115200;
-}
-
-// Whatever the protocol writes is on the wire in its order, however slowly
-// the far end reads: three CAN, ENQ, the frame, and the ACK of every answer,
-// also the last one, written just before the port closes.
-void PtyTest::everyWrittenByteReachesTheWire()
-{
-    QFETCH(int, transactions);
-    QFETCH(int, speed);
-    PtyRegister ecr;
-    ecr.start("00/00/01/99MEA012345/1/");
+    void everyWrittenByteReachesTheWire_data()
     {
+        columns<int, int>("transactions", "speed");
+        QTest::newRow("one, port closed right after the answer") << 1 << 9600;
+        QTest::newRow("forty in a row at 115200") << 40 << 115200;
+    }
+    // Whatever the protocol writes is on the wire in its order, however slowly
+    // the far end reads: three CAN, ENQ, the frame, and the ACK of every answer,
+    // also the last one, written just before the port closes.
+    void everyWrittenByteReachesTheWire()
+    {
+        QFETCH(int, transactions);
+        QFETCH(int, speed);
+        PtyRegister ecr;
+        ecr.start("00/00/01/99MEA012345/1/");
+        {
+            SerialPort port;
+            QVERIFY2(port.open(ecr.slave(), speed), qPrintable(port.lastError()));
+            SystemClock clock;
+            EcrLink link(port, clock);
+            for (int i = 0; i < transactions; ++i) {
+                QString answer;
+                QCOMPARE(int(link.EcrTransaction(QStringLiteral("3/S/R%1//1/1.00/1/1/").arg(i), answer)), 0);
+                QCOMPARE(answer, QStringLiteral("00/00/01/99MEA012345/1/"));
+            }
+            port.close();
+            QCOMPARE(port.handle(), PortHandle::Closed);
+        }
+        QThread::msleep(100); // the far end reads what is still on its way
+        ecr.stop();
+
+        QByteArray expected;
+        for (int i = 0; i < transactions; ++i) {
+            const QByteArray record = QStringLiteral("3/S/R%1//1/1.00/1/1/").arg(i).toLatin1();
+            expected += "\x18\x18\x18\x05\x02" + record;
+            // two checksum characters, then ETX and the ACK to the answer
+            expected += "cc\x03\x06";
+        }
+        QByteArray wire = ecr.received();
+        // Mask the checksums, whose rule is tested elsewhere.
+        for (qsizetype at = wire.indexOf('\x03'); at >= 2; at = wire.indexOf('\x03', at + 1)) {
+            wire[at - 1] = 'c';
+            wire[at - 2] = 'c';
+        }
+        if (wire != expected) {
+            for (size_t i = 0; i < ecr.arrivalMs().size(); ++i)
+                qInfo("%6lld ms  %02x", ecr.arrivalMs()[i], quint8(ecr.received()[qsizetype(i)]));
+        }
+        QCOMPARE(wire.toPercentEncoding(), expected.toPercentEncoding());
+    }
+    void openFailures_data()
+    {
+        columns<QString, int, int>("name", "speed", "handle");
+        QTest::newRow("no such device") << "/dev/kelmdrev-no-such-port" << 9600 << int(PortHandle::Invalid);
+        QTest::newRow("speed 0: nothing is opened") << "/dev/null" << 0 << int(PortHandle::Closed);
+        QTest::newRow("a name that is not a port") << "Com" << 9600 << int(PortHandle::Invalid);
+    }
+    void openFailures()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, speed);
+        QFETCH(int, handle);
         SerialPort port;
-        QVERIFY2(port.open(ecr.slave(), speed), qPrintable(port.lastError()));
+        QVERIFY(!port.open(name, speed));
+        QCOMPARE(int(port.handle()), handle);
+        QVERIFY(!port.lastError().isEmpty());
+        QCOMPARE(port.readByte(), quint8(0));
+    }
+    void closeDiscardsWaitingBytes()
+    {
+        PtyRegister ecr;
+        SerialPort port;
+        QVERIFY(port.open(ecr.slave(), 9600));
+        ecr.write("stale");
         SystemClock clock;
         EcrLink link(port, clock);
-        for (int i = 0; i < transactions; ++i) {
-            QString answer;
-            QCOMPARE(int(link.EcrTransaction(QStringLiteral("3/S/R%1//1/1.00/1/1/").arg(i), answer)), 0);
-        }
+        QVERIFY(link.WaitForData(1000));
         port.close();
+        QVERIFY(port.open(ecr.slave(), 9600));
+        QCOMPARE(port.bytesWaiting(), qint64(0));
     }
-    QThread::msleep(100); // the far end reads what is still on its way
-    ecr.stop();
-
-    QByteArray expected;
-    for (int i = 0; i < transactions; ++i) {
-        const QByteArray record = QStringLiteral("3/S/R%1//1/1.00/1/1/").arg(i).toLatin1();
-        expected += "\x18\x18\x18\x05\x02" + record;
-        // two checksum characters, then ETX and the ACK to the answer
-        expected += "cc\x03\x06";
+    void farEndGoneDoesNotSpin()
+    {
+        PtyRegister ecr;
+        SerialPort port;
+        QVERIFY(port.open(ecr.slave(), 9600));
+        ecr.hangUp();
+        SystemClock clock;
+        EcrLink link(port, clock);
+        const double before = cpuSeconds();
+        QCOMPARE(int(link.LinkHandshake()), 1004);
+        // Three rounds of 1 s wait; a busy loop would burn about as much CPU.
+        QVERIFY2(cpuSeconds() - before < 0.5, "waiting on a dead line must sleep, not spin");
     }
-    QByteArray wire = ecr.received();
-    // Mask the checksums, whose rule is tested elsewhere.
-    for (qsizetype at = wire.indexOf('\x03'); at >= 2; at = wire.indexOf('\x03', at + 1)) {
-        wire[at - 1] = 'c';
-        wire[at - 2] = 'c';
-    }
-    if (wire != expected) {
-        for (size_t i = 0; i < ecr.arrivalMs().size(); ++i)
-            qInfo("%6lld ms  %02x", ecr.arrivalMs()[i], quint8(ecr.received()[qsizetype(i)]));
-    }
-    QCOMPARE(wire.toPercentEncoding(), expected.toPercentEncoding());
-}
-
-void PtyTest::openFailures_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("speed");
-    QTest::addColumn<int>("handle");
-    QTest::newRow("no such device") << "/dev/kelmdrev-no-such-port" << 9600 << int(PortHandle::Invalid);
-    QTest::newRow("speed 0: nothing is opened") << "/dev/null" << 0 << int(PortHandle::Closed);
-    QTest::newRow("a name that is not a port") << "Com" << 9600 << int(PortHandle::Invalid);
-}
-
-void PtyTest::openFailures()
-{
-    QFETCH(QString, name);
-    QFETCH(int, speed);
-    QFETCH(int, handle);
-    SerialPort port;
-    QVERIFY(!port.open(name, speed));
-    QCOMPARE(int(port.handle()), handle);
-    QVERIFY(!port.lastError().isEmpty());
-    QCOMPARE(port.readByte(), quint8(0));
-}
-
-void PtyTest::closeDiscardsWaitingBytes()
-{
-    PtyRegister ecr;
-    SerialPort port;
-    QVERIFY(port.open(ecr.slave(), 9600));
-    ecr.write("stale");
-    SystemClock clock;
-    EcrLink link(port, clock);
-    QVERIFY(link.WaitForData(1000));
-    port.close();
-    QVERIFY(port.open(ecr.slave(), 9600));
-    QCOMPARE(port.bytesWaiting(), qint64(0));
-}
-
-void PtyTest::farEndGoneDoesNotSpin()
-{
-    PtyRegister ecr;
-    SerialPort port;
-    QVERIFY(port.open(ecr.slave(), 9600));
-    ecr.hangUp();
-    SystemClock clock;
-    EcrLink link(port, clock);
-    const double before = cpuSeconds();
-    QCOMPARE(int(link.LinkHandshake()), 1004);
-    // Three rounds of 1 s wait; a busy loop would burn about as much CPU.
-    QVERIFY2(cpuSeconds() - before < 0.5, "waiting on a dead line must sleep, not spin");
-}
+};
 
 QTEST_GUILESS_MAIN(PtyTest)
 #include "tst_link_pty.moc"

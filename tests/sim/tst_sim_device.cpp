@@ -6,6 +6,7 @@
 
 #include "link/Framing.h"
 
+#include "Table.h"
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -44,442 +45,378 @@ class TestSimDevice : public QObject {
     Q_OBJECT
 
 private slots:
-    void receipts_data();
-    void receipts();
-    void totalsAndClosure();
-    void readBack_data();
-    void readBack();
-    void changeLimits_data();
-    void changeLimits();
-    void logoRows_data();
-    void logoRows();
-    void faultsOverTime_data();
-    void faultsOverTime();
-    void display_data();
-    void display();
-    void answerShape_data();
-    void answerShape();
-    void journalAndPaperFiles();
-    void startErrors();
+    void receipts_data()
+    {
+        columns<QByteArrayList, QByteArrayList, bool>("records", "statuses", "openAfter");
+        row("sale and payment", QByteArrayList{kSale, kCash}, QByteArrayList{"00", "00"}, false);
+        row("closure refused while a receipt is open", QByteArrayList{kSale, "x/7/0/0/", "x/1/1/1/"},
+            QByteArrayList{"00", "14", "14"}, true);
+        row("closure after the payment", QByteArrayList{kSale, kCash, "x/7/0/0/"}, QByteArrayList{"00", "00", "00"},
+            false);
+        row("payment with no receipt open", QByteArrayList{kCash}, QByteArrayList{"6C"}, false);
+        QTest::newRow("partial payments close at the total")
+            << QByteArrayList{"3/S/A//1/10.00/1/4/", "5/2/4.00/////", "5/1/20.00/////"}
+            << QByteArrayList{"00", "00", "00"} << false;
+        QTest::newRow("too much on a payment that gives no change")
+            << QByteArrayList{"3/S/A//1/10.00/1/4/", "5/2/20.00/////"} << QByteArrayList{"00", "15"} << true;
+        QTest::newRow("payment type not programmed, and unknown")
+            << QByteArrayList{kSale, "5/5/0.00/////", "5/10/0.00/////"} << QByteArrayList{"00", "15", "0C"} << true;
+        QTest::newRow("unknown department") << QByteArrayList{"3/S/X//1/1.00/21/4/"} << QByteArrayList{"08"} << false;
+        QTest::newRow("bad price, quantity, kind, field count")
+            << QByteArrayList{"3/S/X//1/1,50/1/4/", "3/S/X//0/1.50/1/4/", "3/Q/X//1/1.50/1/4/", "3/S/X//1/1.50/1/",
+                              "3/S/X//1/1.50/1/4/9/"} << QByteArrayList{"18", "64", "04", "01", "02"} << false;
+        QTest::newRow("a return may not take the total below zero")
+            << QByteArrayList{"3/S/A//1/1.00/1/4/", "3/R/A//1/2.00/1/4/"} << QByteArrayList{"00", "70"} << true;
+        QTest::newRow("goods return receipt")
+            << QByteArrayList{"3/S/REPARTO1//1/5.26/1/4/", "3/S/REPARTO1//1/2.18/1/4/", "U/", "3/R/REPARTO1//1/7.43/1/4/",
+                              kCash} << QByteArrayList{"00", "00", "00", "00", "00"} << false;
+        QTest::newRow("invoice")
+            << QByteArrayList{"3/F/OPEN//1/1/1/4/", "3/S/REPARTO 1//1/80/1/4/", "3/S/REPARTO 1//1/70/1/4/",
+                              "'/1/01234567897/1111111111111111/",
+                              "j//INTESTAZIONE CLIENTE/VIA  _______ N.3/00100 CITTANOVA (XX)//////0/", kCash}
+            << QByteArrayList{"00", "00", "00", "00", "00", "00"} << false;
+        QTest::newRow("an invoice inside a receipt")
+            << QByteArrayList{kSale, "3/F/OPENFAT//0/0/0/0/"} << QByteArrayList{"00", "14"} << true;
+        row("credit note", QByteArrayList{"-/123-2010/", "3/N/CAMICIA ROSSA/rif.sco.123del010109/1/1/1/4/", kCash},
+            QByteArrayList{"00", "00", "00"}, false);
+        QTest::newRow("a credit-note line needs a credit note, a sale may not be in one")
+            << QByteArrayList{"3/N/X//1/1/1/4/", "-/1/", "3/S/X//1/1/1/4/"} << QByteArrayList{"1B", "00", "1B"} << true;
+        QTest::newRow("discount, and one larger than the total")
+            << QByteArrayList{"3/S/Coca Cola 1,70/second , descr/1/25.88/1/4/", "4/10.00///0/0/0//", "4/20.00///0/0/0//", kCash}
+            << QByteArrayList{"00", "00", "70", "00"} << false;
+        QTest::newRow("a discount larger than its VAT rate's share, though smaller than the total")
+            << QByteArrayList{"D/2/BAR/2//////", "3/S/A//1/25.00/1/4/", "3/S/B//1/1.00/2/4/", "4/5.00///0/0/0//",
+                              "4/1.00///0/0/0//", "4/0.01///0/0/0//", kCash}
+            << QByteArrayList{"00", "00", "00", "6B", "00", "6B", "00"} << false;
+        QTest::newRow("discount, subtotal and in-receipt record with no receipt")
+            << QByteArrayList{"4/10.00///0/0/0//", "U/", "+/"} << QByteArrayList{"6C", "6C", "6C"} << false;
+        QTest::newRow("printed notices make a non-fiscal document")
+            << QByteArrayList{"7/1/1/##PROMEMORIA##/", "7/1/0/#SVUOTA-CASSA#/", "w/1/1//", "m//", "7/0/1/##PROMEMORIA##/"}
+            << QByteArrayList{"00", "00", "00", "00", "00"} << false;
+        row("cash out refused inside a receipt", QByteArrayList{"6/1/", kSale, "6/1/"},
+            QByteArrayList{"00", "00", "14"}, true);
+        row("records passed through", QByteArrayList{"2/", "W/", "[/", "q/", "0/"},
+            QByteArrayList{"00", "00", "00", "00", "00"}, false);
+        row("what the register does not know", QByteArrayList{"Z/", "k/1/", "x/7/0/0", "", "x/9/9/9/"},
+            QByteArrayList{"06", "06", "06", "06", "04"}, false);
+        row("receipt cancelled with its key", QByteArrayList{kSale, ")/28/"}, QByteArrayList{"00", "00"}, false);
+        row("reprint of the last receipt needs parameter 12 at 42",
+            QByteArrayList{")/120/", kSale, kCash, "B/12/", ")/120/", "G/12/1/1/42/", ")/120/"},
+            QByteArrayList{"6E", "00", "00", "00", "6E", "00", "00"}, false);
+        row("an unknown PLU from the keyboard", QByteArrayList{")/22/", ")/51/"}, QByteArrayList{"00", "07"}, false);
+        row("a programmed PLU from the keyboard",
+            QByteArrayList{"P/1/8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/", ")/22/", ")/51/"},
+            QByteArrayList{"00", "00", "00"}, true);
+        row("a credit note keyed: department and cash keys inside it",
+            QByteArrayList{"-/123-2010/", ")/30/", ")/5/", ")/90/"}, QByteArrayList{"00", "00", "00", "00"}, false);
+        row("a key the register lacks", QByteArrayList{")/200/", ")/x/"}, QByteArrayList{"46", "46"}, false);
+    }
+    void receipts()
+    {
+        QFETCH(QByteArrayList, records);
+        QFETCH(QByteArrayList, statuses);
+        QFETCH(bool, openAfter);
+        Register ecr;
+        QByteArrayList got;
+        for (const QByteArray& r : records)
+            got.append(ecr.status(r));
+        QCOMPARE(got, statuses);
+        QCOMPARE(ecr.device.sales().receiptOpen(), openAfter);
+        // The state's bit 0 says the same as the register's own view.
+        QCOMPARE(ecr.run("?/").mid(3, 2), QByteArray(openAfter ? "01" : "00"));
+        // Only what was carried out is in the journal.
+        QByteArrayList accepted;
+        for (qsizetype i = 0; i < records.size(); ++i)
+            if (statuses[i] == "00")
+                accepted.append(records[i]);
+        accepted.append("?/");
+        QCOMPARE(ecr.journal.lines(), accepted);
+    }
+    void totalsAndClosure()
+    {
+        Register ecr;
+        for (const QByteArray& r : {QByteArray("3/S/A//2/1.50/1/4/"), QByteArray("3/S/B//1/2.00/2/10/"),
+                                    QByteArray("3/R/A//1/0.50/1/4/"), QByteArray("5/1/10.00/////"),
+                                    QByteArray("3/S/C//1/9.99/3/4/"), QByteArray(")/28/"), QByteArray("7/1/0/X/"),
+                                    QByteArray("m//")})
+            QCOMPARE(ecr.status(r), QByteArray("00"));
+        // Read as the totals file reads it: five VAT values, then sales,
+        // receipts, non-fiscal, credit notes, returns, cancelled.
+        QCOMPARE(ecr.data("t/"), QByteArray("2.50/2.00/0.00/0.00/0.00/4.50/1/1/0.00/0.50/9.99/"));
+        QCOMPARE(ecr.data("X/").left(15), QByteArray("2.50/2.00/0.00/"));
+        QCOMPARE(ecr.status("x/7/0/0/"), QByteArray("00"));
+        QCOMPARE(ecr.data("t/"), QByteArray("0.00/0.00/0.00/0.00/0.00/0.00/0/0/0.00/0.00/0.00/"));
+        QCOMPARE(ecr.data("9/"), QByteArray("4.50/1/"));
+        QCOMPARE(ecr.data("0/"), QByteArray("0/1/0/0.00/"));
+    }
+    void readBack_data()
+    {
+        columns<QByteArrayList, QByteArray, QByteArray>("writes", "read", "data");
+        row("identity", QByteArrayList(), QByteArray("a/"), QByteArray("99KDV000001/1/KD/IT/1.00/"));
+        row("S-parameters from the factory", QByteArrayList(), QByteArray("s/"),
+            QByteArray("00001100001000000001000000/999999.99/999999.999/1000000.00/99999999.99/0.00/0.00/0.00/" "1/CASSA -1/27/27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/8/0/76/"));
+        row("S-parameters written keep the last value",
+            QByteArrayList{"S/10001100001000000001000009/999999/999999/1000000/99999999/0/0/0/2/CENTRALE/" "27/27/27/27/27/27/27/27/21/29/29/29/29/29/29/29/29/22/7/1/"},
+            QByteArray("s/"),
+            QByteArray("10001100001000000001000009/999999/999999/1000000/99999999/0/0/0/2/CENTRALE/" "27/27/27/27/27/27/27/27/21/29/29/29/29/29/29/29/29/22/7/1/76/"));
+        row("VAT rates", QByteArrayList{"b/4.00/10.00/22.00/0.00/0.00/"}, QByteArray("e/"),
+            QByteArray("4.00/10.00/22.00/0.00/0.00/"));
+        row("a refused VAT write changes nothing", QByteArrayList{"b/4.00/10.00/100.00/0.00/0.00/"}, QByteArray("e/"),
+            QByteArray("22.00/10.00/4.00/5.00/0.00/"));
+        QTest::newRow("department") << QByteArrayList{"D/7/FRUTTA/3//////"} << QByteArray("d/7/") << QByteArray("FRUTTA/3/");
+        QTest::newRow("refused departments leave the old one")
+            << QByteArrayList{"D/7/X/6//////", "D/21/X/1//////", "D/7/ABCDEFGHIJKLMNOPQRSTU/1//////"}
+            << QByteArray("d/7/") << QByteArray("REPARTO 7/1/");
+        row("PLU, in the order the register answers it",
+            QByteArrayList{"P/1/8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/"}, QByteArray("p/1/"),
+            QByteArray("8001234567890/ACQUA 1L/1/0/00000000/1/0.50/0.00/100/0/0.00/0/0/0/"));
+        QTest::newRow("a PLU freed by an empty code")
+            << QByteArrayList{"P/9000/A/B/1/0/1/0/1/00000000/", "P/9000////0/0/0/0/00000000/"} << QByteArray("p/9000/")
+            << QByteArray("//////////////");
+        QTest::newRow("refused PLUs are not stored")
+            << QByteArrayList{"P/9001/A/B/1/0/1/0/1/00000000/", "P/2/A/B/21/0/1/0/1/00000000/",
+                              "P/2/A/B/1/0/x/0/1/00000000/", "P/2/A/B/1/0/1/0/1/0000000/"}
+            << QByteArray("p/2/") << QByteArray("//////////////");
+        QTest::newRow("payment type, in the order the register answers it")
+            << QByteArrayList{"Y/4/BUONI/BUO/00000011/1.5/0//1/0/"} << QByteArray("y/4/")
+            << QByteArray("BUONI/BUO/00000011/1.5/1/0/0/1.5/0/0/0/");
+        QTest::newRow("refused payment types")
+            << QByteArrayList{"Y/4/DESCRIZIONE/BUO/00000011/1.5/0//1/0/", "Y/10/A/B/00000000/0/0//1/0/",
+                              "Y/4/A/B/0000001/0/0//1/0/"}
+            << QByteArray("y/4/") << QByteArray("//00000000/0/0/0/0/0/0/0/0/");
+        row("parameter 12", QByteArrayList{"G/12/1/1/42/"}, QByteArray("B/12/"), QByteArray("42/"));
+    }
+    void readBack()
+    {
+        QFETCH(QByteArrayList, writes);
+        QFETCH(QByteArray, read);
+        QFETCH(QByteArray, data);
+        Register ecr;
+        for (const QByteArray& w : writes)
+            ecr.run(w);
+        QCOMPARE(ecr.data(read), data);
+    }
+    void changeLimits_data()
+    {
+        columns<QByteArray, int, QByteArray>("record", "allowed", "refusal");
+        row("header: 60 changes", printLinesRecord('H', 12, "BAR CENTRALE"), 60, QByteArray("1D"));
+        row("VAT rates: 20 changes", QByteArray("b/4.00/10.00/22.00/0.00/0.00/"), 20, QByteArray("2B"));
+    }
+    void changeLimits()
+    {
+        QFETCH(QByteArray, record);
+        QFETCH(int, allowed);
+        QFETCH(QByteArray, refusal);
+        Register ecr;
+        for (int i = 0; i < allowed; ++i)
+            QCOMPARE(ecr.status(record), QByteArray("00"));
+        QCOMPARE(ecr.status(record), refusal);
+        // A malformed record is refused for itself and costs no change.
+        Register fresh;
+        QCOMPARE(fresh.status(record.chopped(1) + "//"), QByteArray("02"));
+        QCOMPARE(fresh.status(record), QByteArray("00"));
+    }
+    void logoRows_data()
+    {
+        // width and height of logo 1, then logo 2
+        // rows kept of logo 1, then a 0, then of logo 2
+        columns<QByteArrayList, QByteArrayList, QList<int>, QList<int>>("records", "statuses", "sizes", "rowNumbers");
+        const QByteArray white16(16, 'F');
+        const QByteArray black32(32, '0');
+        row("rows kept per logo",
+            QByteArrayList{"$/1/64/64/1/" + white16 + "/", "$/2/128/256/256/" + black32 + "/", "$/1/64/64/64/" + white16 + "/"},
+            QByteArrayList{"00", "00", "00"}, QList<int>{64, 64, 128, 256}, QList<int>{1, 64, 0, 256});
+        row("a new size starts the logo again",
+            QByteArrayList{"$/1/64/64/1/" + white16 + "/", "$/1/128/64/2/" + black32 + "/"}, QByteArrayList{"00", "00"},
+            QList<int>{128, 64, 0, 0}, QList<int>{2});
+        row("refused rows are not kept",
+            QByteArrayList{"$/3/64/64/1/" + white16 + "/", "$/1/70/64/1/" + white16 + "/", "$/1/64/64/65/" + white16 + "/", "$/1/64/64/1/" + white16.toLower() + "/", "$/1/64/64/1/" + black32 + "/", "$/1/64/64/1/"},
+            QByteArrayList{"24", "23", "23", "23", "23", "01"}, QList<int>{0, 0, 0, 0}, QList<int>{0});
+    }
+    void logoRows()
+    {
+        QFETCH(QByteArrayList, records);
+        QFETCH(QByteArrayList, statuses);
+        QFETCH(QList<int>, sizes);
+        QFETCH(QList<int>, rowNumbers);
+        Register ecr;
+        QByteArrayList got;
+        for (const QByteArray& r : records)
+            got.append(ecr.status(r));
+        QCOMPARE(got, statuses);
+        const auto& logos = ecr.device.tables().logos;
+        QCOMPARE((QList<int>{logos[0].width, logos[0].height, logos[1].width, logos[1].height}), sizes);
+        QList<int> kept = logos[0].rows.keys();
+        if (!logos[1].rows.isEmpty())
+            kept << 0 << logos[1].rows.keys();
+        if (kept.isEmpty())
+            kept << 0;
+        QCOMPARE(kept, rowNumbers);
+    }
+    void faultsOverTime_data()
+    {
+        struct Step {
+            qint64 at;
+            QByteArray record;
+            QByteArray statusAndState; // the first five characters
+        };
+        // appliedAt -1: the faults are given before the register runs
+        columns<qint64, QStringList, QList<qint64>, QByteArrayList, QByteArrayList>("appliedAt", "faults", "times", "records", "answers");
+        const auto steps = [](const char* name, QStringList faults, QList<Step> list, qint64 appliedAt = -1) {
+            QList<qint64> times;
+            QByteArrayList records, answers;
+            for (const Step& s : list) {
+                times << s.at;
+                records << s.record;
+                answers << s.statusAndState;
+            }
+            ::row(name, appliedAt, faults, times, records, answers);
+        };
+        steps("busy 2: any two records, then carried out", {"busy 2"},
+            {{0, "?/", "1A/00"}, {0, kSale, "1A/00"}, {0, kSale, "00/01"}});
+        steps("fatal 52: the next record only", {"fatal 52"}, {{0, "a/", "34/00"}, {0, "a/", "00/00"}});
+        steps("refuse 3/ 8: every sale, nothing else", {"refuse 3/ 8"},
+            {{0, kSale, "08/00"}, {0, "a/", "00/00"}, {0, kSale, "08/00"}});
+        steps("paper out for 3 s from the first record", {"paper 3000"},
+            {{1000, kSale, "31/04"}, {1000, "?/", "31/04"}, {1000, "e/", "00/04"}, {3999, kSale, "31/04"},
+             {4000, "?/", "00/00"}, {4000, kSale, "00/01"}});
+        steps("cover open for 2 s", {"cover 2000"},
+            {{0, "x/1/1/1/", "32/02"}, {0, "?/", "32/02"}, {2000, "x/1/1/1/", "00/00"}});
+        steps("clear ends every fault", {"busy 5", "paper 5000", "clear"}, {{0, kSale, "00/01"}});
+        steps("paper out while running starts at once", {"paper 1000"},
+            {{5999, kSale, "31/04"}, {6000, kSale, "00/01"}}, 5000);
+    }
+    void faultsOverTime()
+    {
+        QFETCH(qint64, appliedAt);
+        QFETCH(QStringList, faults);
+        QFETCH(QList<qint64>, times);
+        QFETCH(QByteArrayList, records);
+        QFETCH(QByteArrayList, answers);
+        Register ecr;
+        const auto when = appliedAt < 0 ? std::nullopt : std::optional<qint64>(appliedAt);
+        for (const QString& f : faults)
+            QCOMPARE(applyFault(ecr.faults, f, when), QString());
+        for (qsizetype i = 0; i < records.size(); ++i)
+            QCOMPARE(ecr.run(records[i], times[i]).left(5), answers[i]);
+    }
+    void display_data()
+    {
+        columns<QList<int>, QByteArray, QByteArray>("keys", "line1", "line2");
+        // Key codes: digits 1=22 2=30 5=46 0=69, comma 73, x 34, REP-01 5,
+        // REP-02 6, subtotal 102, cash 90, clear 118.
+        row("nothing sold: zero", QList<int>(), QByteArray("            0.00"), QByteArray(16, ' '));
+        row("an entry being typed", QList<int>{22, 30, 73, 46}, QByteArray("            12.5"), QByteArray(16, ' '));
+        row("an entry in cents on a department", QList<int>{22, 30, 46, 5}, QByteArray("            1.25"),
+            QByteArray("REPARTO 1   1.25"));
+        row("a quantity times a price", QList<int>{30, 34, 22, 46, 69, 6}, QByteArray("            3.00"),
+            QByteArray("REPARTO 2   3.00"));
+        row("subtotal", QList<int>{22, 69, 69, 5, 102}, QByteArray("            1.00"), QByteArray("SUBTOTALE   1.00"));
+        row("cash with change, back to zero", QList<int>{22, 69, 69, 5, 46, 69, 69, 90}, QByteArray("            0.00"),
+            QByteArray("RESTO       4.00"));
+        row("clear drops the entry", QList<int>{22, 30, 118}, QByteArray("            0.00"), QByteArray(16, ' '));
+    }
+    void display()
+    {
+        QFETCH(QList<int>, keys);
+        QFETCH(QByteArray, line1);
+        QFETCH(QByteArray, line2);
+        Register ecr;
+        for (int k : keys)
+            QCOMPARE(ecr.status(")/" + QByteArray::number(k) + "/"), QByteArray("00"));
+        const QByteArray answer = ecr.run("(/");
+        // Line 1 is characters 10 to 25, line 2 characters 27 to 42.
+        QVERIFY(answer.size() >= 43);
+        QCOMPARE(answer.mid(9, 16), line1);
+        QCOMPARE(answer.mid(26, 16), line2);
+    }
+    void answerShape_data()
+    {
+        columns<QByteArray>("record");
+        for (const char* r : {"a/", "s/", "?/", "t/", "0/", "9/", "X/", "(/", "e/", "d/1/", "p/1/", "y/1/", "B/12/",
+                              "U/", "5/1/0/", "Z/", "", "3/", "x/7/0/0/"})
+            row(*r ? r : "empty record", QByteArray(r));
+    }
+    void answerShape()
+    {
+        QFETCH(QByteArray, record);
+        Register ecr;
+        const QString answer = QString::fromLatin1(ecr.run(record));
+        QVERIFY2(answer.size() >= 11, qPrintable(answer));
+        QVERIFY2(QRegularExpression("^[0-9A-F]{2}/[0-9]{2}/[0-9]{2}/([^/]*/)+$").match(answer).hasMatch(),
+                 qPrintable(answer));
+    }
+    void journalAndPaperFiles()
+    {
+        QTemporaryDir dir;
+        VirtualEcrOptions options;
+        options.journalPath = dir.filePath("journal.txt");
+        options.paperPath = dir.filePath("paper.txt");
+        VirtualEcr ecr(options);
+        QVERIFY2(ecr.startError().isEmpty(), qPrintable(ecr.startError()));
+        QList<kelm::TimedByte> reply;
+        const auto send = [&](const QByteArray& record) {
+            for (char c : "\x05" + kelm::frame::commandFrame(record) + "\x06")
+                ecr.receive(static_cast<quint8>(c), 0, reply);
+        };
+        send(printLinesRecord('F', 3, "GRAZIE E ARRIVEDERCI"));
+        send("3/S/CAFF\xC8//2/1.10/1/4/");
+        send("x/7/0/0/"); // refused: the receipt is open
+        send("5/1/5.00/////");
+        send("x/7/0/0/");
+        QFile journal(options.journalPath);
+        QVERIFY(journal.open(QIODevice::ReadOnly));
+        QCOMPARE(journal.readAll(), printLinesRecord('F', 3, "GRAZIE E ARRIVEDERCI")
+                                        + "\n3/S/CAFF\xC8//2/1.10/1/4/\n5/1/5.00/////\nx/7/0/0/\n");
+        QFile paper(options.paperPath);
+        QVERIFY(paper.open(QIODevice::ReadOnly | QIODevice::Text));
+        const QString roll = QString::fromUtf8(paper.readAll());
+        for (const QString& expected : {QStringLiteral("REGISTRATORE VIRTUALE"), QStringLiteral("2 x 1.10"),
+                                        QStringLiteral("CAFFÈ                       2.20"),
+                                        QStringLiteral("TOTALE EURO                 2.20"),
+                                        QStringLiteral("RESTO                       2.80"),
+                                        QStringLiteral("GRAZIE E ARRIVEDERCI"), QStringLiteral("SCONTRINO N. 1"),
+                                        QStringLiteral("CHIUSURA FISCALE N. 1"),
+                                        QStringLiteral("TOTALE VENDITE              2.20")})
+            QVERIFY2(roll.contains(expected), qPrintable(expected + " missing from:\n" + roll));
+        QVERIFY(roll.indexOf("SCONTRINO N. 1") < roll.indexOf("CHIUSURA FISCALE"));
+        // What the register keeps in memory is what it wrote.
+        QCOMPARE(ecr.paper().join('\n') + '\n', roll.toUtf8());
+        QCOMPARE(ecr.tables().footer[0].text, QByteArray("GRAZIE E ARRIVEDERCI"));
+
+        // The next run carries on: tables, counters and an open receipt come
+        // back, and both files are written on, not over.
+        send("3/S/ACQUA//1/0.50/1/4/");
+        options.resume = true;
+        VirtualEcr next(options);
+        QVERIFY2(next.startError().isEmpty(), qPrintable(next.startError()));
+        QCOMPARE(next.tables().footer[0].text, QByteArray("GRAZIE E ARRIVEDERCI"));
+        QVERIFY(next.receiptOpen());
+        QList<kelm::TimedByte> nextReply;
+        for (const QByteArray& record : {QByteArray("5/1/0.00/////"), QByteArray("x/7/0/0/")})
+            for (char c : "\x05" + kelm::frame::commandFrame(record) + "\x06")
+                next.receive(static_cast<quint8>(c), 0, nextReply);
+        journal.seek(0);
+        QCOMPARE(journal.readAll().count('\n'), 7);
+        paper.seek(0);
+        const QString rolls = QString::fromUtf8(paper.readAll());
+        QVERIFY(rolls.startsWith(roll));
+        QVERIFY2(rolls.contains("GRAN TOTALE                 2.70"), qPrintable(rolls.mid(roll.size())));
+        QVERIFY2(rolls.contains("CHIUSURA FISCALE N. 2"), qPrintable(rolls.mid(roll.size())));
+    }
+    void startErrors()
+    {
+        VirtualEcrOptions options;
+        options.journalPath = "/nonexistent-dir/journal.txt";
+        options.faults = QStringList{"busy 2", "wobble 3", "paper"};
+        VirtualEcr ecr(options);
+        const QString e = ecr.startError();
+        QVERIFY2(e.contains("/nonexistent-dir/journal.txt"), qPrintable(e));
+        QVERIFY2(e.contains("unknown fault \"wobble\""), qPrintable(e));
+        QVERIFY2(e.contains("usage: paper MS"), qPrintable(e));
+        QVERIFY2(!e.contains("\"busy 2\""), qPrintable(e)); // the good one is taken
+    }
 };
-
-void TestSimDevice::receipts_data()
-{
-    QTest::addColumn<QByteArrayList>("records");
-    QTest::addColumn<QByteArrayList>("statuses");
-    QTest::addColumn<bool>("openAfter");
-
-    QTest::newRow("sale and payment") << QByteArrayList{kSale, kCash} << QByteArrayList{"00", "00"} << false;
-    QTest::newRow("closure refused while a receipt is open")
-        << QByteArrayList{kSale, "x/7/0/0/", "x/1/1/1/"} << QByteArrayList{"00", "14", "14"} << true;
-    QTest::newRow("closure after the payment")
-        << QByteArrayList{kSale, kCash, "x/7/0/0/"} << QByteArrayList{"00", "00", "00"} << false;
-    QTest::newRow("payment with no receipt open") << QByteArrayList{kCash} << QByteArrayList{"6C"} << false;
-    QTest::newRow("partial payments close at the total")
-        << QByteArrayList{"3/S/A//1/10.00/1/4/", "5/2/4.00/////", "5/1/20.00/////"}
-        << QByteArrayList{"00", "00", "00"} << false;
-    QTest::newRow("too much on a payment that gives no change")
-        << QByteArrayList{"3/S/A//1/10.00/1/4/", "5/2/20.00/////"} << QByteArrayList{"00", "15"} << true;
-    QTest::newRow("payment type not programmed, and unknown")
-        << QByteArrayList{kSale, "5/5/0.00/////", "5/10/0.00/////"} << QByteArrayList{"00", "15", "0C"} << true;
-    QTest::newRow("unknown department") << QByteArrayList{"3/S/X//1/1.00/21/4/"} << QByteArrayList{"08"} << false;
-    QTest::newRow("bad price, quantity, kind, field count")
-        << QByteArrayList{"3/S/X//1/1,50/1/4/", "3/S/X//0/1.50/1/4/", "3/Q/X//1/1.50/1/4/", "3/S/X//1/1.50/1/",
-                          "3/S/X//1/1.50/1/4/9/"}
-        << QByteArrayList{"18", "64", "04", "01", "02"} << false;
-    QTest::newRow("a return may not take the total below zero")
-        << QByteArrayList{"3/S/A//1/1.00/1/4/", "3/R/A//1/2.00/1/4/"} << QByteArrayList{"00", "70"} << true;
-    QTest::newRow("goods return receipt")
-        << QByteArrayList{"3/S/REPARTO1//1/5.26/1/4/", "3/S/REPARTO1//1/2.18/1/4/", "U/", "3/R/REPARTO1//1/7.43/1/4/",
-                          kCash}
-        << QByteArrayList{"00", "00", "00", "00", "00"} << false;
-    QTest::newRow("invoice")
-        << QByteArrayList{"3/F/OPEN//1/1/1/4/", "3/S/REPARTO 1//1/80/1/4/", "3/S/REPARTO 1//1/70/1/4/",
-                          "'/1/01234567897/1111111111111111/",
-                          "j//INTESTAZIONE CLIENTE/VIA  _______ N.3/00100 CITTANOVA (XX)//////0/", kCash}
-        << QByteArrayList{"00", "00", "00", "00", "00", "00"} << false;
-    QTest::newRow("an invoice inside a receipt")
-        << QByteArrayList{kSale, "3/F/OPENFAT//0/0/0/0/"} << QByteArrayList{"00", "14"} << true;
-    QTest::newRow("credit note")
-        << QByteArrayList{"-/123-2010/", "3/N/CAMICIA ROSSA/rif.sco.123del010109/1/1/1/4/", kCash}
-        << QByteArrayList{"00", "00", "00"} << false;
-    QTest::newRow("a credit-note line needs a credit note, a sale may not be in one")
-        << QByteArrayList{"3/N/X//1/1/1/4/", "-/1/", "3/S/X//1/1/1/4/"} << QByteArrayList{"1B", "00", "1B"} << true;
-    QTest::newRow("discount, and one larger than the total")
-        << QByteArrayList{"3/S/Coca Cola 1,70/second , descr/1/25.88/1/4/", "4/10.00///0/0/0//", "4/20.00///0/0/0//", kCash}
-        << QByteArrayList{"00", "00", "70", "00"} << false;
-    QTest::newRow("a discount larger than its VAT rate's share, though smaller than the total")
-        << QByteArrayList{"D/2/BAR/2//////", "3/S/A//1/25.00/1/4/", "3/S/B//1/1.00/2/4/", "4/5.00///0/0/0//",
-                          "4/1.00///0/0/0//", "4/0.01///0/0/0//", kCash}
-        << QByteArrayList{"00", "00", "00", "6B", "00", "6B", "00"} << false;
-    QTest::newRow("discount, subtotal and in-receipt record with no receipt")
-        << QByteArrayList{"4/10.00///0/0/0//", "U/", "+/"} << QByteArrayList{"6C", "6C", "6C"} << false;
-    QTest::newRow("printed notices make a non-fiscal document")
-        << QByteArrayList{"7/1/1/##PROMEMORIA##/", "7/1/0/#SVUOTA-CASSA#/", "w/1/1//", "m//", "7/0/1/##PROMEMORIA##/"}
-        << QByteArrayList{"00", "00", "00", "00", "00"} << false;
-    QTest::newRow("cash out refused inside a receipt")
-        << QByteArrayList{"6/1/", kSale, "6/1/"} << QByteArrayList{"00", "00", "14"} << true;
-    QTest::newRow("records passed through") << QByteArrayList{"2/", "W/", "[/", "q/", "0/"}
-                                            << QByteArrayList{"00", "00", "00", "00", "00"} << false;
-    QTest::newRow("what the register does not know")
-        << QByteArrayList{"Z/", "k/1/", "x/7/0/0", "", "x/9/9/9/"} << QByteArrayList{"06", "06", "06", "06", "04"} << false;
-    QTest::newRow("receipt cancelled with its key") << QByteArrayList{kSale, ")/28/"} << QByteArrayList{"00", "00"} << false;
-    QTest::newRow("reprint of the last receipt needs parameter 12 at 42")
-        << QByteArrayList{")/120/", kSale, kCash, "B/12/", ")/120/", "G/12/1/1/42/", ")/120/"}
-        << QByteArrayList{"6E", "00", "00", "00", "6E", "00", "00"} << false;
-    QTest::newRow("an unknown PLU from the keyboard") << QByteArrayList{")/22/", ")/51/"} << QByteArrayList{"00", "07"} << false;
-    QTest::newRow("a programmed PLU from the keyboard")
-        << QByteArrayList{"P/1/8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/", ")/22/", ")/51/"}
-        << QByteArrayList{"00", "00", "00"} << true;
-    QTest::newRow("a credit note keyed: department and cash keys inside it")
-        << QByteArrayList{"-/123-2010/", ")/30/", ")/5/", ")/90/"} << QByteArrayList{"00", "00", "00", "00"} << false;
-    QTest::newRow("a key the register lacks") << QByteArrayList{")/200/", ")/x/"} << QByteArrayList{"46", "46"} << false;
-}
-
-void TestSimDevice::receipts()
-{
-    QFETCH(QByteArrayList, records);
-    QFETCH(QByteArrayList, statuses);
-    QFETCH(bool, openAfter);
-    Register ecr;
-    QByteArrayList got;
-    for (const QByteArray& r : records)
-        got.append(ecr.status(r));
-    QCOMPARE(got, statuses);
-    QCOMPARE(ecr.device.sales().receiptOpen(), openAfter);
-    // The state's bit 0 says the same as the register's own view.
-    QCOMPARE(ecr.run("?/").mid(3, 2), QByteArray(openAfter ? "01" : "00"));
-    // Only what was carried out is in the journal.
-    QByteArrayList accepted;
-    for (qsizetype i = 0; i < records.size(); ++i)
-        if (statuses[i] == "00")
-            accepted.append(records[i]);
-    accepted.append("?/");
-    QCOMPARE(ecr.journal.lines(), accepted);
-}
-
-void TestSimDevice::totalsAndClosure()
-{
-    Register ecr;
-    for (const QByteArray& r : {QByteArray("3/S/A//2/1.50/1/4/"), QByteArray("3/S/B//1/2.00/2/10/"),
-                                QByteArray("3/R/A//1/0.50/1/4/"), QByteArray("5/1/10.00/////"),
-                                QByteArray("3/S/C//1/9.99/3/4/"), QByteArray(")/28/"), QByteArray("7/1/0/X/"),
-                                QByteArray("m//")})
-        QCOMPARE(ecr.status(r), QByteArray("00"));
-    // Read as the totals file reads it: five VAT values, then sales,
-    // receipts, non-fiscal, credit notes, returns, cancelled.
-    QCOMPARE(ecr.data("t/"), QByteArray("2.50/2.00/0.00/0.00/0.00/4.50/1/1/0.00/0.50/9.99/"));
-    QCOMPARE(ecr.data("X/").left(15), QByteArray("2.50/2.00/0.00/"));
-    QCOMPARE(ecr.status("x/7/0/0/"), QByteArray("00"));
-    QCOMPARE(ecr.data("t/"), QByteArray("0.00/0.00/0.00/0.00/0.00/0.00/0/0/0.00/0.00/0.00/"));
-    QCOMPARE(ecr.data("9/"), QByteArray("4.50/1/"));
-    QCOMPARE(ecr.data("0/"), QByteArray("0/1/0/0.00/"));
-}
-
-void TestSimDevice::readBack_data()
-{
-    QTest::addColumn<QByteArrayList>("writes");
-    QTest::addColumn<QByteArray>("read");
-    QTest::addColumn<QByteArray>("data");
-
-    QTest::newRow("identity") << QByteArrayList() << QByteArray("a/") << QByteArray("99KDV000001/1/KD/IT/1.00/");
-    QTest::newRow("S-parameters from the factory")
-        << QByteArrayList() << QByteArray("s/")
-        << QByteArray("00001100001000000001000000/999999.99/999999.999/1000000.00/99999999.99/0.00/0.00/0.00/"
-                      "1/CASSA -1/27/27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/8/0/76/");
-    QTest::newRow("S-parameters written keep the last value")
-        << QByteArrayList{"S/10001100001000000001000009/999999/999999/1000000/99999999/0/0/0/2/CENTRALE/"
-                          "27/27/27/27/27/27/27/27/21/29/29/29/29/29/29/29/29/22/7/1/"}
-        << QByteArray("s/")
-        << QByteArray("10001100001000000001000009/999999/999999/1000000/99999999/0/0/0/2/CENTRALE/"
-                      "27/27/27/27/27/27/27/27/21/29/29/29/29/29/29/29/29/22/7/1/76/");
-    QTest::newRow("VAT rates") << QByteArrayList{"b/4.00/10.00/22.00/0.00/0.00/"} << QByteArray("e/")
-                               << QByteArray("4.00/10.00/22.00/0.00/0.00/");
-    QTest::newRow("a refused VAT write changes nothing")
-        << QByteArrayList{"b/4.00/10.00/100.00/0.00/0.00/"} << QByteArray("e/")
-        << QByteArray("22.00/10.00/4.00/5.00/0.00/");
-    QTest::newRow("department") << QByteArrayList{"D/7/FRUTTA/3//////"} << QByteArray("d/7/") << QByteArray("FRUTTA/3/");
-    QTest::newRow("refused departments leave the old one")
-        << QByteArrayList{"D/7/X/6//////", "D/21/X/1//////", "D/7/ABCDEFGHIJKLMNOPQRSTU/1//////"}
-        << QByteArray("d/7/") << QByteArray("REPARTO 7/1/");
-    QTest::newRow("PLU, in the order the register answers it")
-        << QByteArrayList{"P/1/8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/"} << QByteArray("p/1/")
-        << QByteArray("8001234567890/ACQUA 1L/1/0/00000000/1/0.50/0.00/100/0/0.00/0/0/0/");
-    QTest::newRow("a PLU freed by an empty code")
-        << QByteArrayList{"P/9000/A/B/1/0/1/0/1/00000000/", "P/9000////0/0/0/0/00000000/"} << QByteArray("p/9000/")
-        << QByteArray("//////////////");
-    QTest::newRow("refused PLUs are not stored")
-        << QByteArrayList{"P/9001/A/B/1/0/1/0/1/00000000/", "P/2/A/B/21/0/1/0/1/00000000/",
-                          "P/2/A/B/1/0/x/0/1/00000000/", "P/2/A/B/1/0/1/0/1/0000000/"}
-        << QByteArray("p/2/") << QByteArray("//////////////");
-    QTest::newRow("payment type, in the order the register answers it")
-        << QByteArrayList{"Y/4/BUONI/BUO/00000011/1.5/0//1/0/"} << QByteArray("y/4/")
-        << QByteArray("BUONI/BUO/00000011/1.5/1/0/0/1.5/0/0/0/");
-    QTest::newRow("refused payment types")
-        << QByteArrayList{"Y/4/DESCRIZIONE/BUO/00000011/1.5/0//1/0/", "Y/10/A/B/00000000/0/0//1/0/",
-                          "Y/4/A/B/0000001/0/0//1/0/"}
-        << QByteArray("y/4/") << QByteArray("//00000000/0/0/0/0/0/0/0/0/");
-    QTest::newRow("parameter 12") << QByteArrayList{"G/12/1/1/42/"} << QByteArray("B/12/") << QByteArray("42/");
-}
-
-void TestSimDevice::readBack()
-{
-    QFETCH(QByteArrayList, writes);
-    QFETCH(QByteArray, read);
-    QFETCH(QByteArray, data);
-    Register ecr;
-    for (const QByteArray& w : writes)
-        ecr.run(w);
-    QCOMPARE(ecr.data(read), data);
-}
-
-void TestSimDevice::changeLimits_data()
-{
-    QTest::addColumn<QByteArray>("record");
-    QTest::addColumn<int>("allowed");
-    QTest::addColumn<QByteArray>("refusal");
-    QTest::newRow("header: 60 changes") << printLinesRecord('H', 12, "BAR CENTRALE") << 60 << QByteArray("1D");
-    QTest::newRow("VAT rates: 20 changes") << QByteArray("b/4.00/10.00/22.00/0.00/0.00/") << 20 << QByteArray("2B");
-}
-
-void TestSimDevice::changeLimits()
-{
-    QFETCH(QByteArray, record);
-    QFETCH(int, allowed);
-    QFETCH(QByteArray, refusal);
-    Register ecr;
-    for (int i = 0; i < allowed; ++i)
-        QCOMPARE(ecr.status(record), QByteArray("00"));
-    QCOMPARE(ecr.status(record), refusal);
-    // A malformed record is refused for itself and costs no change.
-    Register fresh;
-    QCOMPARE(fresh.status(record.chopped(1) + "//"), QByteArray("02"));
-    QCOMPARE(fresh.status(record), QByteArray("00"));
-}
-
-void TestSimDevice::logoRows_data()
-{
-    QTest::addColumn<QByteArrayList>("records");
-    QTest::addColumn<QByteArrayList>("statuses");
-    QTest::addColumn<QList<int>>("sizes");       // width and height of logo 1, then logo 2
-    QTest::addColumn<QList<int>>("rowNumbers");  // rows kept of logo 1, then a 0, then of logo 2
-
-    const QByteArray white16(16, 'F');
-    const QByteArray black32(32, '0');
-    QTest::newRow("rows kept per logo")
-        << QByteArrayList{"$/1/64/64/1/" + white16 + "/", "$/2/128/256/256/" + black32 + "/",
-                          "$/1/64/64/64/" + white16 + "/"}
-        << QByteArrayList{"00", "00", "00"} << QList<int>{64, 64, 128, 256} << QList<int>{1, 64, 0, 256};
-    QTest::newRow("a new size starts the logo again")
-        << QByteArrayList{"$/1/64/64/1/" + white16 + "/", "$/1/128/64/2/" + black32 + "/"}
-        << QByteArrayList{"00", "00"} << QList<int>{128, 64, 0, 0} << QList<int>{2};
-    QTest::newRow("refused rows are not kept")
-        << QByteArrayList{"$/3/64/64/1/" + white16 + "/", "$/1/70/64/1/" + white16 + "/",
-                          "$/1/64/64/65/" + white16 + "/", "$/1/64/64/1/" + white16.toLower() + "/",
-                          "$/1/64/64/1/" + black32 + "/", "$/1/64/64/1/"}
-        << QByteArrayList{"24", "23", "23", "23", "23", "01"} << QList<int>{0, 0, 0, 0} << QList<int>{0};
-}
-
-void TestSimDevice::logoRows()
-{
-    QFETCH(QByteArrayList, records);
-    QFETCH(QByteArrayList, statuses);
-    QFETCH(QList<int>, sizes);
-    QFETCH(QList<int>, rowNumbers);
-    Register ecr;
-    QByteArrayList got;
-    for (const QByteArray& r : records)
-        got.append(ecr.status(r));
-    QCOMPARE(got, statuses);
-    const auto& logos = ecr.device.tables().logos;
-    QCOMPARE((QList<int>{logos[0].width, logos[0].height, logos[1].width, logos[1].height}), sizes);
-    QList<int> kept = logos[0].rows.keys();
-    if (!logos[1].rows.isEmpty())
-        kept << 0 << logos[1].rows.keys();
-    if (kept.isEmpty())
-        kept << 0;
-    QCOMPARE(kept, rowNumbers);
-}
-
-void TestSimDevice::faultsOverTime_data()
-{
-    struct Step {
-        qint64 at;
-        QByteArray record;
-        QByteArray statusAndState; // the first five characters
-    };
-    QTest::addColumn<qint64>("appliedAt"); // -1: before the register runs
-    QTest::addColumn<QStringList>("faults");
-    QTest::addColumn<QList<qint64>>("times");
-    QTest::addColumn<QByteArrayList>("records");
-    QTest::addColumn<QByteArrayList>("answers");
-
-    const auto row = [](const char* name, QStringList faults, QList<Step> steps, qint64 appliedAt = -1) {
-        QList<qint64> times;
-        QByteArrayList records, answers;
-        for (const Step& s : steps) {
-            times << s.at;
-            records << s.record;
-            answers << s.statusAndState;
-        }
-        QTest::newRow(name) << appliedAt << faults << times << records << answers;
-    };
-    row("busy 2: any two records, then carried out", {"busy 2"},
-        {{0, "?/", "1A/00"}, {0, kSale, "1A/00"}, {0, kSale, "00/01"}});
-    row("fatal 52: the next record only", {"fatal 52"}, {{0, "a/", "34/00"}, {0, "a/", "00/00"}});
-    row("refuse 3/ 8: every sale, nothing else", {"refuse 3/ 8"},
-        {{0, kSale, "08/00"}, {0, "a/", "00/00"}, {0, kSale, "08/00"}});
-    row("paper out for 3 s from the first record", {"paper 3000"},
-        {{1000, kSale, "31/04"}, {1000, "?/", "31/04"}, {1000, "e/", "00/04"}, {3999, kSale, "31/04"},
-         {4000, "?/", "00/00"}, {4000, kSale, "00/01"}});
-    row("cover open for 2 s", {"cover 2000"},
-        {{0, "x/1/1/1/", "32/02"}, {0, "?/", "32/02"}, {2000, "x/1/1/1/", "00/00"}});
-    row("clear ends every fault", {"busy 5", "paper 5000", "clear"}, {{0, kSale, "00/01"}});
-    row("paper out while running starts at once", {"paper 1000"},
-        {{5999, kSale, "31/04"}, {6000, kSale, "00/01"}}, 5000);
-}
-
-void TestSimDevice::faultsOverTime()
-{
-    QFETCH(qint64, appliedAt);
-    QFETCH(QStringList, faults);
-    QFETCH(QList<qint64>, times);
-    QFETCH(QByteArrayList, records);
-    QFETCH(QByteArrayList, answers);
-    Register ecr;
-    const auto when = appliedAt < 0 ? std::nullopt : std::optional<qint64>(appliedAt);
-    for (const QString& f : faults)
-        QCOMPARE(applyFault(ecr.faults, f, when), QString());
-    for (qsizetype i = 0; i < records.size(); ++i)
-        QCOMPARE(ecr.run(records[i], times[i]).left(5), answers[i]);
-}
-
-void TestSimDevice::display_data()
-{
-    QTest::addColumn<QList<int>>("keys");
-    QTest::addColumn<QByteArray>("line1");
-    QTest::addColumn<QByteArray>("line2");
-    // Key codes: digits 1=22 2=30 5=46 0=69, comma 73, x 34, REP-01 5,
-    // REP-02 6, subtotal 102, cash 90, clear 118.
-    QTest::newRow("nothing sold: zero") << QList<int>() << QByteArray("            0.00") << QByteArray(16, ' ');
-    QTest::newRow("an entry being typed") << QList<int>{22, 30, 73, 46} << QByteArray("            12.5")
-                                          << QByteArray(16, ' ');
-    QTest::newRow("an entry in cents on a department")
-        << QList<int>{22, 30, 46, 5} << QByteArray("            1.25") << QByteArray("REPARTO 1   1.25");
-    QTest::newRow("a quantity times a price")
-        << QList<int>{30, 34, 22, 46, 69, 6} << QByteArray("            3.00") << QByteArray("REPARTO 2   3.00");
-    QTest::newRow("subtotal") << QList<int>{22, 69, 69, 5, 102} << QByteArray("            1.00")
-                              << QByteArray("SUBTOTALE   1.00");
-    QTest::newRow("cash with change, back to zero")
-        << QList<int>{22, 69, 69, 5, 46, 69, 69, 90} << QByteArray("            0.00") << QByteArray("RESTO       4.00");
-    QTest::newRow("clear drops the entry") << QList<int>{22, 30, 118} << QByteArray("            0.00")
-                                           << QByteArray(16, ' ');
-}
-
-void TestSimDevice::display()
-{
-    QFETCH(QList<int>, keys);
-    QFETCH(QByteArray, line1);
-    QFETCH(QByteArray, line2);
-    Register ecr;
-    for (int k : keys)
-        QCOMPARE(ecr.status(")/" + QByteArray::number(k) + "/"), QByteArray("00"));
-    const QByteArray answer = ecr.run("(/");
-    // Line 1 is characters 10 to 25, line 2 characters 27 to 42.
-    QVERIFY(answer.size() >= 43);
-    QCOMPARE(answer.mid(9, 16), line1);
-    QCOMPARE(answer.mid(26, 16), line2);
-}
-
-void TestSimDevice::answerShape_data()
-{
-    QTest::addColumn<QByteArray>("record");
-    for (const char* r : {"a/", "s/", "?/", "t/", "0/", "9/", "X/", "(/", "e/", "d/1/", "p/1/", "y/1/", "B/12/",
-                          "U/", "5/1/0/", "Z/", "", "3/", "x/7/0/0/"})
-        QTest::newRow(*r ? r : "empty record") << QByteArray(r);
-}
-
-void TestSimDevice::answerShape()
-{
-    QFETCH(QByteArray, record);
-    Register ecr;
-    const QString answer = QString::fromLatin1(ecr.run(record));
-    QVERIFY2(answer.size() >= 11, qPrintable(answer));
-    QVERIFY2(QRegularExpression("^[0-9A-F]{2}/[0-9]{2}/[0-9]{2}/([^/]*/)+$").match(answer).hasMatch(),
-             qPrintable(answer));
-}
-
-void TestSimDevice::journalAndPaperFiles()
-{
-    QTemporaryDir dir;
-    VirtualEcrOptions options;
-    options.journalPath = dir.filePath("journal.txt");
-    options.paperPath = dir.filePath("paper.txt");
-    VirtualEcr ecr(options);
-    QVERIFY2(ecr.startError().isEmpty(), qPrintable(ecr.startError()));
-    QList<kelm::TimedByte> reply;
-    const auto send = [&](const QByteArray& record) {
-        for (char c : "\x05" + kelm::frame::commandFrame(record) + "\x06")
-            ecr.receive(static_cast<quint8>(c), 0, reply);
-    };
-    send(printLinesRecord('F', 3, "GRAZIE E ARRIVEDERCI"));
-    send("3/S/CAFF\xC8//2/1.10/1/4/");
-    send("x/7/0/0/"); // refused: the receipt is open
-    send("5/1/5.00/////");
-    send("x/7/0/0/");
-    QFile journal(options.journalPath);
-    QVERIFY(journal.open(QIODevice::ReadOnly));
-    QCOMPARE(journal.readAll(), printLinesRecord('F', 3, "GRAZIE E ARRIVEDERCI")
-                                    + "\n3/S/CAFF\xC8//2/1.10/1/4/\n5/1/5.00/////\nx/7/0/0/\n");
-    QFile paper(options.paperPath);
-    QVERIFY(paper.open(QIODevice::ReadOnly | QIODevice::Text));
-    const QString roll = QString::fromUtf8(paper.readAll());
-    for (const QString& expected : {QStringLiteral("REGISTRATORE VIRTUALE"), QStringLiteral("2 x 1.10"),
-                                    QStringLiteral("CAFFÈ                       2.20"),
-                                    QStringLiteral("TOTALE EURO                 2.20"),
-                                    QStringLiteral("RESTO                       2.80"),
-                                    QStringLiteral("GRAZIE E ARRIVEDERCI"), QStringLiteral("SCONTRINO N. 1"),
-                                    QStringLiteral("CHIUSURA FISCALE N. 1"),
-                                    QStringLiteral("TOTALE VENDITE              2.20")})
-        QVERIFY2(roll.contains(expected), qPrintable(expected + " missing from:\n" + roll));
-    QVERIFY(roll.indexOf("SCONTRINO N. 1") < roll.indexOf("CHIUSURA FISCALE"));
-    // What the register keeps in memory is what it wrote.
-    QCOMPARE(ecr.paper().join('\n') + '\n', roll.toUtf8());
-    QCOMPARE(ecr.tables().footer[0].text, QByteArray("GRAZIE E ARRIVEDERCI"));
-
-    // The next run carries on: tables, counters and an open receipt come
-    // back, and both files are written on, not over.
-    send("3/S/ACQUA//1/0.50/1/4/");
-    options.resume = true;
-    VirtualEcr next(options);
-    QVERIFY2(next.startError().isEmpty(), qPrintable(next.startError()));
-    QCOMPARE(next.tables().footer[0].text, QByteArray("GRAZIE E ARRIVEDERCI"));
-    QVERIFY(next.receiptOpen());
-    QList<kelm::TimedByte> nextReply;
-    for (const QByteArray& record : {QByteArray("5/1/0.00/////"), QByteArray("x/7/0/0/")})
-        for (char c : "\x05" + kelm::frame::commandFrame(record) + "\x06")
-            next.receive(static_cast<quint8>(c), 0, nextReply);
-    journal.seek(0);
-    QCOMPARE(journal.readAll().count('\n'), 7);
-    paper.seek(0);
-    const QString rolls = QString::fromUtf8(paper.readAll());
-    QVERIFY(rolls.startsWith(roll));
-    QVERIFY2(rolls.contains("GRAN TOTALE                 2.70"), qPrintable(rolls.mid(roll.size())));
-    QVERIFY2(rolls.contains("CHIUSURA FISCALE N. 2"), qPrintable(rolls.mid(roll.size())));
-}
-
-void TestSimDevice::startErrors()
-{
-    VirtualEcrOptions options;
-    options.journalPath = "/nonexistent-dir/journal.txt";
-    options.faults = QStringList{"busy 2", "wobble 3", "paper"};
-    VirtualEcr ecr(options);
-    const QString e = ecr.startError();
-    QVERIFY2(e.contains("/nonexistent-dir/journal.txt"), qPrintable(e));
-    QVERIFY2(e.contains("unknown fault \"wobble\""), qPrintable(e));
-    QVERIFY2(e.contains("usage: paper MS"), qPrintable(e));
-    QVERIFY2(!e.contains("\"busy 2\""), qPrintable(e)); // the good one is taken
-}
 
 QTEST_GUILESS_MAIN(TestSimDevice)
 #include "tst_sim_device.moc"

@@ -3,6 +3,7 @@
 // input, and stopped with SIGTERM.
 #include "link/Framing.h"
 
+#include "Table.h"
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -103,133 +104,115 @@ class TestSimPty : public QObject {
     Q_OBJECT
 
 private slots:
-    void transactionsOverThePty();
-    void unplugClosesTheLineAndReplugBringsItBack();
-    void helpNamesEveryOptionAndFault_data();
-    void helpNamesEveryOptionAndFault();
-    void badCommandLines_data();
-    void badCommandLines();
-};
-
-void TestSimPty::transactionsOverThePty()
-{
-    Sim sim;
-    QVERIFY2(sim.start(), qPrintable(sim.process.readAllStandardError()));
-    QVERIFY(QFileInfo(sim.link()).isSymLink());
+    void transactionsOverThePty()
     {
+        Sim sim;
+        QVERIFY2(sim.start(), qPrintable(sim.process.readAllStandardError()));
+        QVERIFY(QFileInfo(sim.link()).isSymLink());
+        {
+            RawLine line(sim.link());
+            QVERIFY(line.isOpen());
+
+            line.write(QByteArray(3, CAN) + ENQ);
+            QCOMPARE(line.readByte(2000), int(ACK));
+            QByteArray bad = kelm::frame::commandFrame("a/");
+            bad[3] = '0';
+            line.write(bad);
+            QCOMPARE(line.readByte(2000), int(NAK));
+
+            line.write(QByteArray(1, ENQ));
+            QCOMPARE(line.readByte(2000), int(ACK));
+            line.write(kelm::frame::commandFrame("a/"));
+            QCOMPARE(line.readByte(2000), int(ACK));
+            const QByteArray answer = QByteArray(1, STX) + "00/00/01/99KDV000001/1/KD/IT/1.00/" + ETX;
+            QCOMPARE(line.readFrame(), answer);
+            line.write(QByteArray(1, NAK));
+            QCOMPARE(line.readFrame(), answer);
+            line.write(QByteArray(1, ACK));
+
+            QCOMPARE(sim.command("busy 1"), QByteArray("ok"));
+            QVERIFY(sim.command("busy lots").startsWith("error: usage: busy"));
+            line.write(QByteArray(3, CAN) + ENQ);
+            QCOMPARE(line.readByte(2000), int(ACK));
+            line.write(kelm::frame::commandFrame("x/7/0/0/"));
+            QCOMPARE(line.readByte(2000), int(ACK));
+            QCOMPARE(line.readFrame(), QByteArray(1, STX) + "1A/00/01/x/" + ETX);
+            line.write(QByteArray(1, ACK));
+        }
+        sim.process.terminate(); // SIGTERM
+        QVERIFY(sim.process.waitForFinished(5000));
+        QCOMPARE(sim.process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(sim.process.exitCode(), 0);
+        QVERIFY2(!QFileInfo::exists(sim.link()) && !QFileInfo(sim.link()).isSymLink(), "the link is left behind");
+        QFile journal(sim.journal());
+        QVERIFY(journal.open(QIODevice::ReadOnly));
+        QCOMPARE(journal.readAll(), QByteArray("a/\n"));
+    }
+    void unplugClosesTheLineAndReplugBringsItBack()
+    {
+        Sim sim;
+        QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
         RawLine line(sim.link());
         QVERIFY(line.isOpen());
-
         line.write(QByteArray(3, CAN) + ENQ);
-        QCOMPARE(line.readByte(2000), int(ACK));
-        QByteArray bad = kelm::frame::commandFrame("a/");
-        bad[3] = '0';
-        line.write(bad);
-        QCOMPARE(line.readByte(2000), int(NAK));
+        QCOMPARE(line.readByte(2000), int(CAN));
+        QCOMPARE(sim.command("unplug"), QByteArray("ok"));
+        QCOMPARE(sim.nextLine(), QByteArray("unplugged"));
+        QVERIFY(!QFileInfo(sim.link()).isSymLink());
+        // The far end is gone: the PC's handle has a hang-up, not a wait.
+        QElapsedTimer waited;
+        waited.start();
+        QCOMPARE(line.readByte(5000), -1);
+        QVERIFY(waited.elapsed() < 4000);
 
-        line.write(QByteArray(1, ENQ));
-        QCOMPARE(line.readByte(2000), int(ACK));
-        line.write(kelm::frame::commandFrame("a/"));
-        QCOMPARE(line.readByte(2000), int(ACK));
-        const QByteArray answer = QByteArray(1, STX) + "00/00/01/99KDV000001/1/KD/IT/1.00/" + ETX;
-        QCOMPARE(line.readFrame(), answer);
-        line.write(QByteArray(1, NAK));
-        QCOMPARE(line.readFrame(), answer);
-        line.write(QByteArray(1, ACK));
-
-        QCOMPARE(sim.command("busy 1"), QByteArray("ok"));
-        QVERIFY(sim.command("busy lots").startsWith("error: usage: busy"));
-        line.write(QByteArray(3, CAN) + ENQ);
-        QCOMPARE(line.readByte(2000), int(ACK));
-        line.write(kelm::frame::commandFrame("x/7/0/0/"));
-        QCOMPARE(line.readByte(2000), int(ACK));
-        QCOMPARE(line.readFrame(), QByteArray(1, STX) + "1A/00/01/x/" + ETX);
-        line.write(QByteArray(1, ACK));
+        QCOMPARE(sim.command("replug"), QByteArray("ok"));
+        QCOMPARE(sim.nextLine(), QByteArray("replugged"));
+        QVERIFY(QFileInfo(sim.link()).isSymLink());
+        RawLine again(sim.link());
+        QVERIFY(again.isOpen());
+        again.write(QByteArray(3, CAN) + ENQ);
+        QCOMPARE(again.readByte(2000), int(ACK)); // the "can 1" fault was used up before the pull
+        sim.process.write("quit\n");
+        QVERIFY(sim.process.waitForFinished(5000));
+        QCOMPARE(sim.process.exitCode(), 0);
     }
-    sim.process.terminate(); // SIGTERM
-    QVERIFY(sim.process.waitForFinished(5000));
-    QCOMPARE(sim.process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(sim.process.exitCode(), 0);
-    QVERIFY2(!QFileInfo::exists(sim.link()) && !QFileInfo(sim.link()).isSymLink(), "the link is left behind");
-    QFile journal(sim.journal());
-    QVERIFY(journal.open(QIODevice::ReadOnly));
-    QCOMPARE(journal.readAll(), QByteArray("a/\n"));
-}
-
-void TestSimPty::unplugClosesTheLineAndReplugBringsItBack()
-{
-    Sim sim;
-    QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
-    RawLine line(sim.link());
-    QVERIFY(line.isOpen());
-    line.write(QByteArray(3, CAN) + ENQ);
-    QCOMPARE(line.readByte(2000), int(CAN));
-    QCOMPARE(sim.command("unplug"), QByteArray("ok"));
-    QCOMPARE(sim.nextLine(), QByteArray("unplugged"));
-    QVERIFY(!QFileInfo(sim.link()).isSymLink());
-    // The far end is gone: the PC's handle has a hang-up, not a wait.
-    QElapsedTimer waited;
-    waited.start();
-    QCOMPARE(line.readByte(5000), -1);
-    QVERIFY(waited.elapsed() < 4000);
-
-    QCOMPARE(sim.command("replug"), QByteArray("ok"));
-    QCOMPARE(sim.nextLine(), QByteArray("replugged"));
-    QVERIFY(QFileInfo(sim.link()).isSymLink());
-    RawLine again(sim.link());
-    QVERIFY(again.isOpen());
-    again.write(QByteArray(3, CAN) + ENQ);
-    QCOMPARE(again.readByte(2000), int(ACK)); // the "can 1" fault was used up before the pull
-    sim.process.write("quit\n");
-    QVERIFY(sim.process.waitForFinished(5000));
-    QCOMPARE(sim.process.exitCode(), 0);
-}
-
-void TestSimPty::helpNamesEveryOptionAndFault_data()
-{
-    QTest::addColumn<QString>("word");
-    for (const char* w : {"--link", "--journal", "--paper", "--fault", "--baud", "--delay", "busy", "nak", "can",
-                          "silence", "garbage", "broken", "short", "paper", "cover", "fatal", "refuse", "unplug", "replug",
-                          "clear", "status", "quit", "ready"})
-        QTest::newRow(w) << QString::fromLatin1(w);
-}
-
-void TestSimPty::helpNamesEveryOptionAndFault()
-{
-    QFETCH(QString, word);
-    QProcess p;
-    p.start(ECRSIM_PATH, {"--help"});
-    QVERIFY(p.waitForFinished(5000));
-    QCOMPARE(p.exitCode(), 0);
-    QVERIFY(QString::fromLocal8Bit(p.readAllStandardOutput()).contains(word));
-}
-
-void TestSimPty::badCommandLines_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("no link") << QStringList() << "--link PATH is required";
-    QTest::newRow("bad baud") << QStringList{"--link", "x", "--baud", "fast"} << "--baud wants";
-    QTest::newRow("bad fault") << QStringList{"--link", "x", "--fault", "paper soon"} << "usage: paper MS";
-    QTest::newRow("unknown option") << QStringList{"--lnk", "x"} << "lnk";
-    QTest::newRow("link onto a file") << QStringList{"--link", QDir::currentPath() + "/ecrsim-plain-file"}
-                                      << "exists and is not a symbolic link";
-}
-
-void TestSimPty::badCommandLines()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, message);
-    QFile plain(QDir::currentPath() + "/ecrsim-plain-file");
-    QVERIFY(plain.open(QIODevice::WriteOnly));
-    QProcess p;
-    p.start(ECRSIM_PATH, arguments);
-    QVERIFY(p.waitForFinished(5000));
-    plain.remove();
-    QCOMPARE(p.exitCode(), 2);
-    const QString error = QString::fromLocal8Bit(p.readAllStandardError());
-    QVERIFY2(error.contains(message), qPrintable(error));
-}
+    void helpNamesEveryOptionAndFault()
+    {
+        QProcess p;
+        p.start(ECRSIM_PATH, {"--help"});
+        QVERIFY(p.waitForFinished(5000));
+        QCOMPARE(p.exitCode(), 0);
+        const QString help = QString::fromLocal8Bit(p.readAllStandardOutput());
+        for (const char* w : {"--link", "--journal", "--paper", "--fault", "--baud", "--delay", "busy", "nak", "can", "silence",
+                              "garbage", "broken", "short", "paper", "cover", "fatal", "refuse", "unplug", "replug", "clear",
+                              "status", "quit", "ready"})
+            QVERIFY2(help.contains(QLatin1String(w)), w);
+    }
+    void badCommandLines_data()
+    {
+        columns<QStringList, QString>("arguments", "message");
+        QTest::newRow("no link") << QStringList() << "--link PATH is required";
+        QTest::newRow("bad baud") << QStringList{"--link", "x", "--baud", "fast"} << "--baud wants";
+        QTest::newRow("bad fault") << QStringList{"--link", "x", "--fault", "paper soon"} << "usage: paper MS";
+        QTest::newRow("unknown option") << QStringList{"--lnk", "x"} << "lnk";
+        QTest::newRow("link onto a file") << QStringList{"--link", QDir::currentPath() + "/ecrsim-plain-file"}
+                                          << "exists and is not a symbolic link";
+    }
+    void badCommandLines()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, message);
+        QFile plain(QDir::currentPath() + "/ecrsim-plain-file");
+        QVERIFY(plain.open(QIODevice::WriteOnly));
+        QProcess p;
+        p.start(ECRSIM_PATH, arguments);
+        QVERIFY(p.waitForFinished(5000));
+        plain.remove();
+        QCOMPARE(p.exitCode(), 2);
+        const QString error = QString::fromLocal8Bit(p.readAllStandardError());
+        QVERIFY2(error.contains(message), qPrintable(error));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestSimPty)
 #include "tst_sim_pty.moc"

@@ -1,0 +1,503 @@
+// The receipt server at work in virtual time: the per-record error policy
+// against a scripted register, the queue and the spool folder against the
+// virtual register, and the state queries.
+#include "DriverRig.h"
+#include "LineScript.h"
+#include "Table.h"
+#include "server/ReceiptLines.h"
+#include "server/StatusQuery.h"
+
+#include <QFileInfo>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
+using namespace kelm;
+using server::LineOrigin;
+
+namespace {
+
+const QString kItem = QStringLiteral("3/S/REPARTO1//1/5.26/1/4/");
+const QString kPay = QStringLiteral("5/1/0.00/////");
+
+// An acknowledged frame followed by an answer "status/state/01/x/".
+QString answer(const QString& status, const QString& state = QStringLiteral("00"))
+{
+    return "<ACK><STX>" + status + "/" + state + "/01/x/<ETX>";
+}
+
+QByteArray receipt(const QString& tag)
+{
+    return QStringLiteral("3/S/%1//1/1.00/1/4/\r\n5/1/0.00/////\r\n").arg(tag).toLatin1();
+}
+
+// The item tags the register printed, in order.
+QStringList soldTags(const QStringList& journal)
+{
+    QStringList tags;
+    for (const QString& line : journal)
+        if (line.startsWith(QStringLiteral("3/S/")))
+            tags.append(line.section(u'/', 2, 2));
+    return tags;
+}
+
+} // namespace
+
+class DriverTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void statusByte_data()
+    {
+        columns<QString, QString, int>("enq", "reply", "result");
+        row("no error: the state digit (23rd character)", "<ACK>", "<ACK><STX>00/00/01/00000000000003/<ETX>", 3);
+        row("no error, answer too short for the digit", "<ACK>", "<ACK><STX>00/00/01/x/<ETX>", 0);
+        row("no error, not a digit", "<ACK>", "<ACK><STX>00/00/01/0000000000000x00<ETX>", 0);
+        row("an error wins over the digit", "<ACK>", "<ACK><STX>31/04/01/0000000000003/<ETX>", 49);
+        row("link failure", "<CAN>", "", 1002);
+    }
+    void statusByte()
+    {
+        ScriptedPeer peer;
+        peer.enqReplies = {fetch<QString>("enq")};
+        peer.frameReplies = {fetch<QString>("reply")};
+        DriverRig rig(&peer);
+        QTEST(server::QueryStatusByte(rig.link), "result");
+        QCOMPARE(peer.records(), fetch<int>("result") < 1000 ? QStringList{"s/"} : QStringList{});
+    }
+
+    void errorState_data()
+    {
+        columns<QString, int, QString>("reply", "result", "shown");
+        row("no error", "<ACK><STX>00/00/01/x/<ETX>", 0, "");
+        row("paper out", "<ACK><STX>31/04/01/x/<ETX>", 49, "Attenzione: Comando '?/' - Errore N. 49\r\nCarta finita");
+        row("no answer", "<ACK>", 1005, "");
+    }
+    void errorState()
+    {
+        ScriptedPeer peer;
+        peer.enqReplies = {QStringLiteral("<ACK>")};
+        peer.frameReplies = {fetch<QString>("reply")};
+        DriverRig rig(&peer);
+        QTEST(server::QueryErrorState(rig.link, rig.op), "result");
+        QTEST(rig.op.messages.join(u'|'), "shown");
+    }
+
+    void policy_data()
+    {
+        // frame replies: one per frame the PC sends; enq: the reply to every
+        // ENQ; fate: what the answer file says; records: what reached the
+        // register; runTime: list entries, oldest first; log: messages logged.
+        columns<QStringList, QString, QString, QStringList, QStringList, QStringList, qint64>(
+            "frameReplies", "enq", "fate", "records", "runTime", "log", "minElapsed");
+        const QString r = kItem, q = QStringLiteral("?/");
+        const QString busy = QStringLiteral("ECR-errore :26-Busy, reinvia il comando Ripeto comando");
+        const QString paperEntry = QStringLiteral("ECR-errore :49-Carta finita Ricontrollo stato ECR e ripeto comando");
+        const QString roll = QStringLiteral("Sostituire rotolo scontrino");
+        const QString lost = QStringLiteral("Comunicazione impossibile ! Cassa spenta o cavo interrotto o velocità errata");
+        const QStringList none;
+        row("accepted", QStringList{answer("00")}, "<ACK>", "accettata", QStringList{r}, none, none, qint64(0));
+        row("busy three times, then accepted: sent four times, each repeat logged",
+            QStringList{answer("1A"), answer("1A"), answer("1A"), answer("00")}, "<ACK>", "accettata",
+            QStringList{r, r, r, r}, QStringList{busy, busy, busy}, QStringList(3, "Busy, reinvia il comando"), qint64(300));
+        row("refused: listed, logged, given up", QStringList{answer("08")}, "<ACK>", "rifiutata 8", QStringList{r},
+            QStringList{"ECR-errore :8-Il reparto non esiste Ignoro l'errore"}, QStringList{"Il reparto non esiste"}, qint64(0));
+        row("refused with 126: its number ends in 26, its text is still logged", QStringList{answer("7E")}, "<ACK>",
+            "rifiutata 126", QStringList{r},
+            QStringList{"ECR-errore :126-Raggiunto l'importo massimo per totale scontrino Ignoro l'errore"},
+            QStringList{"Raggiunto l'importo massimo per totale scontrino"}, qint64(0));
+        row("unknown number counts as accepted", QStringList{answer("48")}, "<ACK>", "accettata", QStringList{r}, none, none,
+            qint64(0));
+        row("NAK to the frame: wait a second, send again", QStringList{"<NAK>", answer("00")}, "<ACK>", "accettata",
+            QStringList{r, r}, none, none, qint64(1000));
+        row("no answer, state 00: sent again", QStringList{"<ACK>", answer("00"), answer("00")}, "<ACK>", "accettata",
+            QStringList{r, q, r}, none, none, qint64(2000 + 100));
+        row("no answer, state 01: given up silently", QStringList{"<ACK>", answer("01")}, "<ACK>", "incerta",
+            QStringList{r, q}, none, none, qint64(2000 + 100));
+        row("paper out: repeated every 2 s until the bit clears",
+            QStringList{answer("00", "04"), answer("00", "05"), answer("00", "00")}, "<ACK>", "accettata",
+            QStringList{r, r, r}, QStringList(2, "ECR        : " + roll), QStringList(2, roll), qint64(4000));
+        row("state above 7 keeps the paper flag as it was", QStringList{answer("00", "12")}, "<ACK>", "accettata",
+            QStringList{r}, none, none, qint64(0));
+        row("paper error: state queried until clear, then sent again",
+            QStringList{answer("31"), answer("31"), answer("00"), answer("00")}, "<ACK>", "accettata", QStringList{r, q, q, r},
+            QStringList{paperEntry, paperEntry}, QStringList(2, "Carta finita"), qint64(3000 + 500 + 3000 + 3000));
+        row("cover open, then a refusal read from the state query", QStringList{answer("32"), answer("08")}, "<ACK>",
+            "rifiutata 8", QStringList{r, q},
+            QStringList{"ECR-errore :50-Portello rotolo aperto Ricontrollo stato ECR e ripeto comando",
+                        "ECR-errore :8-Il reparto non esiste Ignoro l'errore"},
+            QStringList{"Portello rotolo aperto", "Il reparto non esiste"}, qint64(3000 + 500));
+        row("no ACK to ENQ: link lost", none, "", "non_inviata", none, QStringList{"ECR        : " + lost},
+            QStringList{lost}, qint64(3000));
+        row("CAN to ENQ: link lost at once", none, "<CAN>", "non_inviata", none, QStringList{"ECR        : " + lost},
+            QStringList{lost}, qint64(0));
+    }
+    void policy()
+    {
+        ScriptedPeer peer;
+        peer.enqDefault = fetch<QString>("enq");
+        peer.frameReplies = fetch<QStringList>("frameReplies");
+        DriverRig rig(&peer);
+        const auto outcome = rig.server().SendRecord(kItem);
+        QCOMPARE(outcome == server::ReceiptServer::SendOutcome::LinkLost, fetch<QString>("fate") == "non_inviata");
+        const server::LineOutcome& sent = rig.server().lastOutcome();
+        QTEST((server::fateName(sent.fate) + u' ' + sent.errorNumber).trimmed(), "fate");
+        QTEST(peer.records(), "records");
+        QTEST(rig.op.runTime, "runTime");
+        QTEST(rig.logMessages(), "log");
+        QVERIFY2(rig.clock.nowMs() >= fetch<qint64>("minElapsed"), qPrintable(QString::number(rig.clock.nowMs())));
+        QVERIFY(rig.op.messages.isEmpty());
+    }
+
+    void fatalErrorEmptiesTheQueue()
+    {
+        ScriptedPeer peer;
+        peer.enqDefault = QStringLiteral("<ACK>");
+        peer.frameReplies = {answer("00"), answer("34")};
+        DriverRig rig(&peer);
+        server::OutcomeBook book;
+        rig.server().setOutcomeBook(&book);
+        rig.server().enqueue(LineOrigin::Source::File, QStringLiteral("a.txt"), {QStringLiteral("3/S/A//1/1.00/1/1/"), kItem});
+        rig.server().enqueue(LineOrigin::Source::File, QStringLiteral("b.txt"), {QStringLiteral("3/S/C//1/1.00/1/1/"), kPay});
+        rig.server().ProcessReceiptQueue();
+        QCOMPARE(book.find(QStringLiteral("a.txt"))->state(), server::ReceiptState::PrintedWithRefusals);
+        QCOMPARE(book.find(QStringLiteral("a.txt"))->lines.at(1).errorNumber, QStringLiteral("52"));
+        QCOMPARE(book.find(QStringLiteral("b.txt"))->state(), server::ReceiptState::NotPrinted);
+        QCOMPARE(book.find(QStringLiteral("b.txt"))->lines.at(0).reason, server::NotSentReason::FatalError);
+        QCOMPARE(peer.records(), (QStringList{"3/S/A//1/1.00/1/1/", kItem}));
+        QVERIFY(rig.server().queue.isEmpty());
+        QVERIFY(!rig.server().ReceiptOpen);
+        QCOMPARE(rig.op.messages, QStringList{"ATTENZIONE: errore grave. Chiamare Casa madre"});
+        QCOMPARE(rig.logMessages(), (QStringList{"Stampante scollegata", "errore grave. Chiamare Casa madre"}));
+    }
+
+    void stopGivesUpARepeatingRecord()
+    {
+        ScriptedPeer peer; // busy for ever: only the stop ends it
+        peer.enqDefault = QStringLiteral("<ACK>");
+        peer.frameReplies = QStringList(50, answer("1A"));
+        DriverRig rig(&peer);
+        rig.clock.stopAtMs = 250;
+        rig.process({kItem, kPay});
+        QVERIFY(peer.records().size() >= 2);
+        QVERIFY(peer.records().size() < 10);
+        QCOMPARE(server::queueTexts(rig.server().queue), (QStringList{kItem, kPay})); // the record back on top
+    }
+
+    void dispatch_data()
+    {
+        // journal: what the register carried out; left: still queued; runTime,
+        // log: an entry that must be listed, logged; fates: per non-blank line,
+        // a accepted, r refused, s skipped, p pending.
+        columns<QStringList, QStringList, QStringList, QString, QString, bool, QString>(
+            "lines", "journal", "left", "runTime", "log", "receiptOpen", "fates");
+        const QString i = kItem, p = kPay;
+        const QStringList none;
+        row("a whole receipt", QStringList{i, i, p}, QStringList{i, i, p}, none, "PC -> ECR : " + p, "", false, "aaa");
+        row("closure refused inside a receipt, payment sent", QStringList{i, "x/7/0/0/", p}, QStringList{i, p}, none,
+            "ECR        : Comando non gestito con scontrino aperto", "\"x/\" - Comando non gestito con scontrino aperto !",
+            false, "asa");
+        row("closure after the payment is sent", QStringList{i, p, "x/7/0/0/"}, QStringList{i, p, "x/7/0/0/"}, none, "", "",
+            false, "aaa");
+        row("in-receipt command with no receipt", QStringList{"+/1/"}, none, none, "ECR        : Scontrino non aperto", "",
+            false, "s");
+        row("unknown key stops the queue, the rest stays", QStringList{i, "Z/1/", p}, QStringList{i}, QStringList{p},
+            "ECR        : Comando Z/ non gestito.", "\"Z/\" - Comando non gestito !", true, "asp");
+        row("only two records of the ) family", QStringList{")/7/", ")/5/"}, none, QStringList{")/5/"},
+            "ECR        : Comando )/ non gestito.", "\")/\" - Comando non gestito !", false, "sp");
+        row("missing final slash is added", QStringList{"x/7/0/0"}, QStringList{"x/7/0/0/"}, none, "PC -> ECR : x/7/0/0", "",
+            false, "a");
+        row("blank lines are listed and skipped", QStringList{"   ", "", i, p}, QStringList{i, p}, none, "PC -> ECR :    ", "",
+            false, "aa");
+        row("customer block gets nine fields and 0", QStringList{"j/A/B/"}, QStringList{"j/A/////////0/"}, none, "", "", true,
+            "a");
+        row("refused item: listed, logged, receipt goes on", QStringList{"3/S/X//1/1.00/99/4/", i, p}, QStringList{i, p},
+            none, "", "Il reparto non esiste", false, "raa");
+    }
+    void dispatch()
+    {
+        DriverRig rig;
+        server::OutcomeBook book;
+        rig.server().setOutcomeBook(&book);
+        rig.server().enqueue(LineOrigin::Source::File, QStringLiteral("scontrino.txt"), fetch<QStringList>("lines"));
+        rig.server().ProcessReceiptQueue();
+        QTEST(rig.journal(), "journal");
+        QTEST(server::queueTexts(rig.server().queue), "left");
+        QString seen;
+        const server::ReceiptOutcome receipt = *book.find(QStringLiteral("scontrino.txt"));
+        for (const server::LineOutcome& line : receipt.lines)
+            seen += QStringLiteral("parsnu").at(int(line.fate));
+        QTEST(seen, "fates");
+        const QString& runTime = fetch<QString>("runTime");
+        QVERIFY2(runTime.isEmpty() || rig.op.runTime.contains(runTime), qPrintable(rig.op.runTime.join(u'\n')));
+        const QString& log = fetch<QString>("log");
+        QVERIFY2(log.isEmpty() || rig.logMessages().contains(log), qPrintable(rig.logMessages().join(u'\n')));
+        QTEST(bool(rig.server().ReceiptOpen), "receiptOpen");
+    }
+
+    void receiptOpenCarriesOverToTheNextFile()
+    {
+        DriverRig rig;
+        rig.process({kItem});
+        QVERIFY(rig.server().ReceiptOpen);
+        rig.process({QStringLiteral("x/7/0/0/"), kPay, QStringLiteral("x/7/0/0/")});
+        QCOMPARE(rig.journal(), (QStringList{kItem, kPay, "x/7/0/0/"}));
+    }
+
+    void itemLinesAsSet_data()
+    {
+        columns<bool, QStringList, QStringList>("on", "journal", "log");
+        row("wrap and VAT on", true, QStringList{"3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/2/10/"},
+            QStringList{"\"22\"", "Il reparto non esiste"});
+        row("both off", false, QStringList{"3/S/ABCDEFGHIJKLMNOPQRSTUVWXYZ//1/5.00/2/4/"}, QStringList{"Il reparto non esiste"});
+    }
+    void itemLinesAsSet()
+    {
+        DriverRig rig;
+        rig.settings.itemLines.wrapDescription = rig.settings.itemLines.alIvaAuto = fetch<bool>("on");
+        rig.settings.itemLines.widths = {20, 30};
+        rig.settings.itemLines.vatRates[1] = 10;
+        // Department 22 is sent as it came (the register then refuses it itself).
+        rig.process({QStringLiteral("3/S/ABCDEFGHIJKLMNOPQRSTUVWXYZ//1/5.00/2/4/"), QStringLiteral("3/S/X//1/1.00/22/4/")});
+        QTEST(rig.journal(), "journal");
+        const QStringList log = rig.logMessages();
+        const QStringList& expected = fetch<QStringList>("log");
+        QCOMPARE(log.size(), expected.size());
+        for (int n = 0; n < log.size(); ++n)
+            QVERIFY2(log[n].contains(expected[n]), qPrintable(log[n]));
+        QCOMPARE(log.last(), expected.last());
+    }
+
+    void snapshotFile()
+    {
+        DriverRig rig;
+        for (int round = 0; round < 2; ++round) // a second "t0" the same day replaces the file
+            rig.process({QStringLiteral("t0")});
+        QFile f(rig.spoolFile(QStringLiteral("99KDV00000120261121.FMN")));
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QList<QByteArray> lines = f.readAll().split('\n');
+        QCOMPARE(lines.size(), 5); // four lines, each ended by CR LF
+        const char* tags[] = {"<t>00/", "<0>00/", "<9>00/", "<X>00/"};
+        for (int i = 0; i < 4; ++i) {
+            QVERIFY2(lines[i].startsWith(tags[i]), lines[i].constData());
+            QVERIFY(lines[i].endsWith('\r'));
+        }
+        QVERIFY(!rig.journal().contains(QStringLiteral("t0/")));
+    }
+
+    // Which files are taken; the program's own files never, whatever the
+    // mask; a taken file is gone and is not taken twice.
+    void masks_data()
+    {
+        columns<QString, QStringList>("mask", "taken"); // sorted tags of the files taken
+        const QStringList all{"HIDDEN", "OTHER", "RECORD", "SCO1", "SCODAT", "SCONTRINO"};
+        row("exact name, any case", "SCONTRINO.TXT", QStringList{"SCONTRINO"});
+        row("a hidden file named", ".scontrino.txt", QStringList{"HIDDEN"});
+        row("*.txt ends with", "*.txt", QStringList{"HIDDEN", "RECORD", "SCO1", "SCONTRINO"});
+        row("SCO* begins with", "SCO*", QStringList{"SCO1", "SCODAT", "SCONTRINO"});
+        row("*ord* contains", "*ord*", QStringList{"RECORD"});
+        row("* takes all but forbidden", "*", all);
+        row("*.* takes all but forbidden", "*.*", all);
+    }
+    void masks()
+    {
+        DriverRig rig;
+        rig.settings.serverFile = fetch<QString>("mask");
+        rig.settings.forbiddenExtensions = {QStringLiteral("tmp"), QString(), QStringLiteral("log")};
+        const QStringList files{"scontrino.txt", "sco1.txt", "SCO.dat", "record.txt", "other.dat", "scontrino.tmp",
+                                ".scontrino.txt", "Totali.txt", "99KDV00000120261121.FMN"};
+        const QStringList tags{"SCONTRINO", "SCO1", "SCODAT", "RECORD", "OTHER", "TMP", "HIDDEN", "TOTALI", "SNAPSHOT"};
+        for (int n = 0; n < files.size(); ++n)
+            rig.drop(files[n], receipt(tags[n]));
+        rig.server().ScanServerDir();
+        rig.server().ScanServerDir();
+        QStringList sold = soldTags(rig.journal());
+        sold.sort();
+        QTEST(sold, "taken");
+        for (int n = 0; n < files.size(); ++n)
+            QCOMPARE(QFile::exists(rig.spoolFile(files[n])), !sold.contains(tags[n]));
+        QCOMPARE(QDir(rig.spool.path()).entryList({QStringLiteral("*.drev")}, QDir::AllEntries | QDir::Hidden), QStringList());
+    }
+
+    void nothingWhileTheRegisterIsUnknown()
+    {
+        DriverRig rig;
+        rig.server().serialNumber = QStringLiteral("   ");
+        rig.drop(QStringLiteral("scontrino.txt"), receipt(QStringLiteral("A")));
+        rig.server().ScanServerDir();
+        QVERIFY(rig.journal().isEmpty());
+        QVERIFY(QFile::exists(rig.spoolFile(QStringLiteral("scontrino.txt"))));
+    }
+
+    void aFileIsTakenOnceItStopsChanging_data()
+    {
+        // ageMs: of its time stamp when first seen, negative ahead; grows:
+        // written again before the second scan; takenAtScan: 1, 2, or 0.
+        columns<qint64, bool, qint64, int>("ageMs", "grows", "betweenMs", "takenAtScan");
+        row("written a while ago: at once", qint64(1000), false, qint64(0), 1);
+        row("fresh: at the next tick", qint64(0), false, qint64(250), 2);
+        row("fresh, looked at again too soon", qint64(0), false, qint64(150), 0);
+        row("still growing", qint64(0), true, qint64(250), 0);
+        row("dated an hour ahead: at the next tick", qint64(-3600000), false, qint64(250), 2);
+        row("dated ahead and still growing", qint64(-3600000), true, qint64(250), 0);
+    }
+    void aFileIsTakenOnceItStopsChanging()
+    {
+        DriverRig rig;
+        rig.drop(QStringLiteral("scontrino.txt"), QByteArray("3/S/A//1/1.00/1/4/\r\n"), fetch<qint64>("ageMs"));
+        rig.server().ScanServerDir();
+        const bool first = !rig.journal().isEmpty();
+        if (fetch<bool>("grows"))
+            rig.drop(QStringLiteral("scontrino.txt"), receipt(QStringLiteral("A")), fetch<qint64>("ageMs"));
+        rig.clock.advance(fetch<qint64>("betweenMs"));
+        rig.server().ScanServerDir();
+        QTEST(first ? 1 : rig.journal().isEmpty() ? 0 : 2, "takenAtScan");
+    }
+
+    void aFileThatCannotBeClaimedIsLoggedOnce()
+    {
+        DriverRig rig;
+        rig.drop(QStringLiteral("scontrino.txt"), receipt(QStringLiteral("A")));
+        // Where the claim would move it, a folder that cannot be removed.
+        QVERIFY(QDir(rig.spool.path()).mkpath(QStringLiteral("scontrino.txt.drev/inside")));
+        for (int tick = 0; tick < 8; ++tick) {
+            rig.server().ScanServerDir();
+            rig.clock.advance(100);
+        }
+        QCOMPARE(rig.logMessages(), QStringList{"File non acquisito, riprovo"});
+        QVERIFY(rig.journal().isEmpty());
+        QVERIFY(QFile::exists(rig.spoolFile(QStringLiteral("scontrino.txt"))));
+        QVERIFY(QDir(rig.spoolFile(QStringLiteral("scontrino.txt.drev"))).removeRecursively());
+        rig.clock.advance(250);
+        rig.server().ScanServerDir();
+        QCOMPARE(soldTags(rig.journal()), QStringList{"A"});
+    }
+
+    void testModeAsksBeforeDeleting_data()
+    {
+        columns<bool>("yes");
+        row("Yes deletes the file", true);
+        row("No keeps it, and it is taken again", false);
+    }
+    void testModeAsksBeforeDeleting()
+    {
+        const bool yes = fetch<bool>("yes");
+        DriverRig rig;
+        rig.settings.testMode = true;
+        rig.op.answers = {yes ? Operator::Button::Yes : Operator::Button::No};
+        rig.drop(QStringLiteral("scontrino.txt"), receipt(QStringLiteral("A")));
+        rig.server().ScanServerDir();
+        QCOMPARE(rig.op.questions, QStringList{"Tes Mode: Vuoi cancellare file?"});
+        QCOMPARE(QFile::exists(rig.spoolFile(QStringLiteral("scontrino.txt"))), !yes);
+        QVERIFY(!QFile::exists(rig.spoolFile(QStringLiteral("scontrino.txt.drev"))));
+        rig.op.answers = {Operator::Button::Yes};
+        rig.server().ScanServerDir();
+        QCOMPARE(soldTags(rig.journal()), yes ? QStringList{"A"} : (QStringList{"A", "A"}));
+    }
+
+    void twoFilesAreQueuedBeforeSending()
+    {
+        DriverRig rig;
+        rig.settings.serverFile = QStringLiteral("*.txt");
+        rig.drop(QStringLiteral("a.txt"), receipt(QStringLiteral("A")));
+        rig.drop(QStringLiteral("b.txt"), receipt(QStringLiteral("B")));
+        rig.server().ScanServerDir();
+        QVERIFY(rig.op.queueSnapshots.size() >= 2);
+        QCOMPARE(rig.op.queueSnapshots[1].count(u'|'), 3); // four lines waiting before the first is taken
+        QCOMPARE(rig.journal().size(), 4);
+    }
+
+    void badReceiptFiles_data()
+    {
+        columns<QByteArray, QString>("content", "item"); // the sale line as the register must get it, if it gets it
+        const QByteArray pay = "5/1/0.00/////\r\n";
+        const QString caffe = QStringLiteral("3/S/CAFF\u00C8//1/1.00/1/4/"), ok = QStringLiteral("3/S/OK//1/1.00/1/4/");
+        row("UTF-8 with its mark", QByteArray("\xEF\xBB\xBF" "3/S/CAFF\xC3\x88//1/1.00/1/4/\r\n") + pay, caffe);
+        row("UTF-8 without a mark", QByteArray("3/S/CAFF\xC3\x88//1/1.00/1/4/\n") + pay, caffe);
+        row("Windows-1252 stays as it is", QByteArray("3/S/CAFF\xC8//1/1.00/1/4/\r\n") + pay, caffe);
+        row("binary bytes in a line", QByteArray("3/S/A\x01\xFF//1/1.00/1/4/\r\n") + pay, QString());
+        row("a frame byte in a line is not sent", "3/S/OK//1/1.00/1/4/\r\n3/S/A\x02\x03//1/1.00/1/4/\r\n" + pay, ok);
+        row("a NUL in a line", QByteArray("3/S/A\0B//1/1.00/1/4/\r\n", 22) + pay, QString());
+        row("a line longer than a frame is not sent",
+            "3/S/OK//1/1.00/1/4/\r\n3/S/" + QByteArray(5000, 'L') + "//1/1.00/1/4/\r\n" + pay, ok);
+        row("LF, no final slash, no final line end", QByteArray("3/S/OK//1/1.00/1/4\n5/1/0.00/////"), ok);
+    }
+    void badReceiptFiles()
+    {
+        const QByteArray& content = fetch<QByteArray>("content");
+        DriverRig rig;
+        rig.drop(QStringLiteral("scontrino.txt"), content);
+        rig.server().ScanServerDir();
+        // Whatever the register made of the odd line, the receipt was closed
+        // and nothing was left behind.
+        QVERIFY(!rig.journal().isEmpty());
+        QCOMPARE(rig.journal().last(), kPay);
+        QVERIFY(rig.server().queue.isEmpty());
+        if (!fetch<QString>("item").isEmpty())
+            QTEST(rig.journal().first(), "item");
+        // A line that could not be sent is named in the log.
+        if (rig.journal().size() < server::splitReceiptLines(content).size())
+            QVERIFY(!rig.logMessages().filter(QStringLiteral("non inviato")).isEmpty());
+    }
+
+    void linksAndPipesAreLeftAlone()
+    {
+        DriverRig rig;
+        rig.settings.serverFile = QStringLiteral("*.txt");
+        QTemporaryDir elsewhere;
+        QFile target(elsewhere.filePath(QStringLiteral("other.txt")));
+        QVERIFY(target.open(QIODevice::WriteOnly));
+        target.write("3/S/ELSEWHERE//1/1.00/1/4/\r\n");
+        target.close();
+        QVERIFY(QFile::link(target.fileName(), rig.spoolFile(QStringLiteral("link.txt"))));
+#ifdef Q_OS_UNIX
+        QVERIFY(::mkfifo(QFile::encodeName(rig.spoolFile(QStringLiteral("pipe.txt"))).constData(), 0600) == 0);
+#endif
+        rig.server().ScanServerDir();
+        rig.server().ScanServerDir();
+        QVERIFY(rig.journal().isEmpty()); // not followed, and no hang on the pipe
+        QVERIFY(QFileInfo(rig.spoolFile(QStringLiteral("link.txt"))).isSymLink());
+        QVERIFY(target.exists());
+        QCOMPARE(rig.logMessages().filter(QStringLiteral("Non è un file normale")).size(),
+                 QFileInfo::exists(rig.spoolFile("pipe.txt")) ? 2 : 1);
+    }
+
+    void aLargeFileGoesThroughWhole()
+    {
+        DriverRig rig;
+        QByteArray content;
+        for (int i = 0; i < 3000; ++i)
+            content += "3/S/ITEM" + QByteArray::number(i) + "//1/0.01/1/4/\r\n";
+        rig.drop(QStringLiteral("scontrino.txt"), content + "5/1/0.00/////");
+        rig.server().ScanServerDir();
+        const QStringList journal = rig.journal();
+        QCOMPARE(journal.size(), 3001);
+        QCOMPARE(journal[2999], QStringLiteral("3/S/ITEM2999//1/0.01/1/4/"));
+        QCOMPARE(journal.last(), kPay);
+    }
+
+    void logFileNameFollowsTheMask_data()
+    {
+        columns<QString, QString, QString>("mask", "fileName", "logName");
+        row("one waiting file", "scontrino.txt", "scontrino.txt", "scontrino.txt 20261121.log");
+        row("*name mask", "*.pos", "a.pos", ".pos 20261121.log");
+        row("global mask", "*", "a.pos", "DREV 20261121.log");
+    }
+    void logFileNameFollowsTheMask()
+    {
+        DriverRig rig;
+        rig.settings.serverFile = fetch<QString>("mask");
+        rig.drop(fetch<QString>("fileName"), QByteArray("Z/\r\n")); // an unknown command is always logged
+        rig.server().ScanServerDir();
+        QFile log(rig.spoolFile(fetch<QString>("logName")));
+        QVERIFY2(log.open(QIODevice::ReadOnly), qPrintable(QDir(rig.spool.path()).entryList().join(u' ')));
+        const QByteArray line = log.readLine();
+        QCOMPARE(line.size(), 225 + 2);
+        QCOMPARE(line.left(22), QByteArray("2026-11-21 10:30:00 - "));
+        QCOMPARE(line.mid(22, 50), QByteArray("Z/").leftJustified(50, ' '));
+    }
+};
+
+QTEST_GUILESS_MAIN(DriverTest)
+#include "tst_driver.moc"

@@ -1,0 +1,686 @@
+// The receipt server's pure rules: which record goes out and how, file masks,
+// item lines, the register's state digits, totals, the daily log, answer files.
+#include "Table.h"
+#include "app/Configuration.h"
+#include "app/RunTimeLog.h"
+#include "server/AnswerFiles.h"
+#include "server/AnswerText.h"
+#include "server/CommandTable.h"
+#include "server/EcrState.h"
+#include "server/FileMask.h"
+#include "server/ItemLineRewrite.h"
+#include "server/LogNameHelp.h"
+#include "server/OutcomeBook.h"
+#include "server/PendingQueue.h"
+#include "server/ReceiptLines.h"
+#include "server/TotalsFile.h"
+#include "service/ReceiptAlert.h"
+#include "technician/ModelTable.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+using namespace kelm::server;
+using kelm::service::ReceiptAlert;
+
+namespace {
+
+const QString kCustomer = QStringLiteral("j//INTESTAZIONE CLIENTE/VIA  _______ N.3/00100 CITTANOVA (XX)//////0/");
+const QDateTime kWhen(QDate(2011, 12, 22), QTime(21, 7, 3));
+const QString kSep = QString(QDir::separator());
+
+// One letter per line: p pending, a accepted, r refused, s skipped, n not sent, u uncertain.
+QList<LineOutcome> linesOf(const QString& fates)
+{
+    QList<LineOutcome> lines;
+    for (const QChar c : fates) {
+        LineOutcome line = LineOutcome::pending(int(lines.size()) + 1, QString());
+        line.fate = LineFate(QStringLiteral("parsnu").indexOf(c));
+        lines.append(line);
+    }
+    return lines;
+}
+
+template <std::size_t N>
+QString bits(const std::array<bool, N>& flags)
+{
+    QString text;
+    for (bool flag : flags)
+        text += flag ? u'1' : u'0';
+    return text;
+}
+
+QByteArray readAll(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class TestServer : public QObject {
+    Q_OBJECT
+
+private slots:
+    void decideCommand_data()
+    {
+        columns<QString, bool, CommandAction, QString, bool, QString, QString>("line", "openBefore", "action", "record",
+                                                                             "openAfter", "runTime", "log");
+        const auto send = [](const char* name, const char* line, bool before, bool after) {
+            row(name, QString::fromLatin1(line), before, CommandAction::Send, QString::fromLatin1(line), after, "", "");
+        };
+        send("U/ opens", "U/", false, true);
+        send("2/ opens", "2/A/", false, true);
+        send("3/ opens", "3/S/REPARTO1//1/5.26/1/4/", false, true);
+        send("4/ opens", "4/10.00///0/0/0//", false, true);
+        send("-/ opens", "-/123-2010/", false, true);
+        send("5/ closes", "5/1/0.00/////", true, false);
+        send("5/ with none open", "5/1/0.00/////", false, false);
+        send("W/ open", "W/", true, true);
+        send("7/ closed", "7/0/1/##PROMEMORIA##/", false, false);
+        send("'/ open", "'/1/01234567897/1111111111111111/", true, true);
+        send("[/ closed", "[/", false, false);
+        send("w/ open", "w/1/1//", true, true);
+        send("q/ closed", "q/", false, false);
+        send("m/ open", "m//", true, true);
+        send("0/ closed", "0/", false, false);
+        send(")/5/ closed", ")/5/", false, false);
+        send(")/120/ open", ")/120/", true, true);
+        send("+/ open", "+/1/", true, true);
+        row("+/ with no receipt", "+/1/", false, CommandAction::Skip, "", false, "ECR        : Scontrino non aperto", "");
+        send("x/ closed", "x/7/0/0/", false, false);
+        send("6/ closed", "6/", false, false);
+        for (const char* key : {"x/", "6/", "B/", "G/"})
+            QTest::addRow("%s in a receipt", key) << key + QStringLiteral("7/0/0/") << true << CommandAction::Skip << "" << true
+                << "ECR        : Comando non gestito con scontrino aperto"
+                << u'"' + QString::fromLatin1(key) + "\" - Comando non gestito con scontrino aperto !";
+        row("t0", "t0/", true, CommandAction::WriteSnapshot, "", true, "", "");
+        row("t0 with more", "t0x/1/", false, CommandAction::WriteSnapshot, "", false, "", "");
+        row("j/ short", "j/A/B/", false, CommandAction::Send, "j/A/////////0/", true, "", "");
+        row("j/ well formed", kCustomer, false, CommandAction::Send, kCustomer, true, "", "");
+        const auto stop = [](const char* name, const char* line, const QString& key, bool open) {
+            row(name, QString::fromLatin1(line), open, CommandAction::StopQueue, "", open,
+                "ECR        : Comando " + key + " non gestito.", u'"' + key + "\" - Comando non gestito !");
+        };
+        stop("other ) record", ")/7/", ")/", false);
+        stop(") prefix of an accepted one", ")/50/", ")/", true);
+        stop("upper-case X", "X/", "X/", false);
+        stop("t/ is not t0", "t/", "t/", true);
+        stop("unknown code", "Z/1/", "Z/", false);
+        stop("leading blank", " 3/S/A//1/1/1/1/", " 3", false);
+        stop("code without its slash", "33/", "33", false);
+    }
+    void decideCommand()
+    {
+        const CommandDecision d = kelm::server::decideCommand(fetch<QString>("line"), fetch<bool>("openBefore"));
+        QTEST(d.action, "action");
+        QTEST(d.record, "record");
+        QTEST(d.receiptOpen, "openAfter");
+        QTEST(d.runTimeEntry, "runTime");
+        QTEST(d.logMessage, "log");
+    }
+
+    void normalizeCustomerRecord_data()
+    {
+        columns<QString, QString>("record", "expected");
+        row("last field dropped, nine in all", "j/A/B/", "j/A/////////0/");
+        row("well formed unchanged", kCustomer, kCustomer);
+        row("last field replaced by 0", "j/1/2/3/4/5/6/7/8/9/X/", "j/1/2/3/4/5/6/7/8/9/0/");
+        row("more than nine fields", "j/1/2/3/4/5/6/7/8/9/10/11/", "j/1/2/3/4/5/6/7/8/9/0/");
+        row("exactly nine fields", "j/1/2/3/4/5/6/7/8/9/", "j/1/2/3/4/5/6/7/8//0/");
+        row("no fields", "j/", "j//////////0/");
+        row("one field", "j/A/", "j//////////0/");
+    }
+    void normalizeCustomerRecord() { QTEST(NormalizeCustomerRecord(fetch<QString>("record")), "expected"); }
+
+    void answerStatus_data()
+    {
+        columns<QString, int>("answer", "expected");
+        row("accepted", "00/00/01/", 0);
+        row("busy", "1A/00/", 26);
+        row("lower-case letter counts as 0", "1a/00/", 16);
+        row("highest", "FF", 255);
+        row("one character", "3", 48);
+        row("empty", "", 0);
+    }
+    void answerStatus() { QTEST(kelm::server::answerStatus(fetch<QString>("answer")), "expected"); }
+
+    void paperOutAfter_data()
+    {
+        columns<QString, bool, bool>("answer", "before", "expected");
+        row("state 4 sets", "00/04/", false, true);
+        row("state 7 sets", "00/07/", false, true);
+        row("state 5 sets", "31/05/", false, true);
+        row("state 3 clears", "00/03/", true, false);
+        row("state 0 clears", "00/00/", true, false);
+        row("state 8 keeps set", "00/08/", true, true);
+        row("state 12 keeps clear", "00/12/", false, false);
+        row("state 99 keeps set", "00/99/", true, true);
+        row("one digit", "00/4/", false, true);
+        row("no state is 0", "00", true, false);
+        row("letters are 0", "00/ab/", true, false);
+    }
+    void paperOutAfter() { QTEST(kelm::server::paperOutAfter(fetch<QString>("answer"), fetch<bool>("before")), "expected"); }
+
+    // How a mask is read (mode and pattern) and what it takes.
+    void fileMask_data()
+    {
+        columns<QString, QString, QString, bool>("mask", "parsed", "name", "matches");
+        row("= same", "scontrino.txt", "=scontrino.txt", "scontrino.txt", true);
+        row("= other case", " scontrino.txt ", "=scontrino.txt", "SCONTRINO.TXT", true);
+        row("= longer", "scontrino.txt", "=scontrino.txt", "scontrino.txt.bak", false);
+        row("= prefixed", "scontrino.txt", "=scontrino.txt", "xscontrino.txt", false);
+        row("F ends", "*.txt", "F.txt", "a.TXT", true);
+        row("F working copy", "*.txt", "F.txt", "a.txt.drev", false);
+        row("I begins", "SCO*", "ISCO", "sco1.txt", true);
+        row("I name*.*", "SCO*.*", "ISCO", "SCO.dat", true);
+        row("I name**", "SCO**", "ISCO", "asco.txt", false);
+        row("I star inside", "ab*cd", "Iab", "abx", true);
+        row("C contains", "*ord*", "Cord", "record.txt", true);
+        row("C at start", "*ord*", "Cord", "ORDINE", true);
+        row("C text around", "a*ord*b", "Cord", "rec.txt", false);
+        row("C third star", "*.tx*x*", "C.tx", "a.tx", true);
+        row("A *", "*", "A", "other.program", true);
+        row("A *.*", "*.*", "A", "noext", true);
+        row("A **", "**", "A", "x", true);
+        row("A empty", "", "A", "x", true);
+    }
+    void fileMask()
+    {
+        const FileMask mask = parseFileMask(fetch<QString>("mask"));
+        QTEST(static_cast<char>(mask.mode) + mask.pattern, "parsed");
+        QTEST(matchesFileMask(mask, fetch<QString>("name")), "matches");
+    }
+
+    void forbidden_data()
+    {
+        columns<QString, QStringList, bool>("name", "table", "expected");
+        const QStringList tmp{"tmp"};
+        const QStringList full(kelm::kMaxForbiddenExtensions, QStringLiteral("a"));
+        row("listed", "x.tmp", tmp, true);
+        row("other case", "x.TMP", tmp, true);
+        row("after empty slots", "x.tmp", QStringList{"exe", "", "", "tmp"}, true);
+        row("last dot decides", "x.tmp.txt", tmp, false);
+        row("after the last dot", "x.txt.tmp", tmp, true);
+        row("not listed", "x.txt", tmp, false);
+        row("prefix of an entry", "x.tm", tmp, false);
+        row("entry is a prefix", "x.tmpx", tmp, false);
+        row("no extension", "noext", QStringList{}, false);
+        row("final dot, empty slots", "x.", tmp, true);
+        row("final dot, every slot filled", "x.", full, false);
+        row("past the last slot", "x.exe", full + QStringList{"exe"}, false);
+        row("in the last slot", "x.exe", full.mid(1) + QStringList{"exe"}, true);
+    }
+    void forbidden() { QTEST(hasForbiddenExtension(fetch<QString>("name"), fetch<QStringList>("table")), "expected"); }
+
+    void listDirectory_data()
+    {
+        columns<QString, QStringList, QStringList>("mask", "forbidden", "expected");
+        row("one name", "scontrino.txt", QStringList{}, QStringList{"SCONTRINO.TXT"});
+        row("extension", "*.txt", QStringList{}, QStringList{".sco.txt", "SCONTRINO.TXT", "sco1.txt"});
+        row("hidden named", ".sco.txt", QStringList{}, QStringList{".sco.txt"});
+        row("everything but forbidden", "*", QStringList{"tmp"},
+            QStringList{".sco.txt", "SCONTRINO.TXT", "sco1.txt", "sco2.dat"});
+        row("forbidden though matching", "sco*", QStringList{"dat", "tmp"}, QStringList{"SCONTRINO.TXT", "sco1.txt"});
+        row("missing folder", "*", QStringList{}, QStringList{});
+    }
+    void listDirectory()
+    {
+        QTemporaryDir dir;
+        for (const char* name : {"SCONTRINO.TXT", "sco1.txt", "sco2.dat", "sco3.tmp", ".sco.txt", "DREV20261122.log",
+                                 "Totali.txt", "sco1.txt.drev", "sco4.FMN", "KelmDrev.ini", "KelmDrev.pending",
+                                 "FileExt.ini", "Totali.txt.aB3x9Z"})
+            QVERIFY(QFile(dir.filePath(name)).open(QIODevice::WriteOnly));
+        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("scodir.txt")));
+        const QString folder = QTest::currentDataTag() == QLatin1String("missing folder") ? dir.filePath("no") : dir.path();
+        QStringList names = MatchFileMask(folder, fetch<QString>("mask"), fetch<QStringList>("forbidden"));
+        names.sort();
+        QTEST(names, "expected");
+    }
+
+    void logName_data()
+    {
+        columns<QString, QString, QString>("mask", "current", "expected");
+        row("waiting file", "scontrino.tx", "", "scontrino.tx");
+        row("*name", "*.txt", "", ".txt");
+        row("*part* replaces", "*ord*", "old", "ord");
+        row("global mask keeps", "*", "old", "old");
+        row("global mask, none yet", "*.*", "", "");
+    }
+    void logName() { QTEST(logNameAfterMask(parseFileMask(fetch<QString>("mask")), fetch<QString>("current")), "expected"); }
+
+    void itemLine_data()
+    {
+        // options: w wrap, v automatic VAT; then the two description widths.
+        columns<QString, QString, int, int, QString, bool>("line", "options", "first", "second", "expected", "logged");
+        const QString az = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ");
+        row("overflow into empty second", "3/S/" + az + "//1/5.00/1/4/", "w", 20, 30,
+            "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/1/4/", false);
+        row("overflow before second", "3/S/" + az + "/second/1/5.00/1/4/", "w", 20, 30,
+            "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ-second/1/5.00/1/4/", false);
+        row("short description only trimmed", "3/S/  Pane  / integrale /1/1.00/1/4/", "w", 20, 30,
+            "3/S/Pane/integrale/1/1.00/1/4/", false);
+        row("exactly the width stays", "3/S/ABCDEFGHIJKLMNOPQRST/" + az + az + "/1/1/1/4/", "w", 20, 30,
+            "3/S/ABCDEFGHIJKLMNOPQRST/" + az + az + "/1/1/1/4/", false);
+        row("wider model takes it whole", "3/S/" + az + "//1/5.00/1/4/", "w", 30, 30, "3/S/" + az + "//1/5.00/1/4/", false);
+        row("trimmed before measuring", "3/S/ ABCDEFGHIJKLMNOPQRST //1/5.00/1/4/", "w", 20, 30,
+            "3/S/ABCDEFGHIJKLMNOPQRST//1/5.00/1/4/", false);
+        row("second cut to its width", "3/S/" + az + "/second/1/5.00/1/4/", "w", 10, 10,
+            "3/S/ABCDEFGHIJ/KLMNOPQRST/1/5.00/1/4/", false);
+        row("width 0 means 10", "3/S/ABCDEFGHIJKLMNOP//1/5.00/1/4/", "w", 0, 0, "3/S/ABCDEFGHIJ/KLMNOP/1/5.00/1/4/", false);
+        row("negative width means 10", "3/S/" + az + "/second/1/5.00/1/4/", "w", 20, -1,
+            "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ-sec/1/5.00/1/4/", false);
+        row("wrap off leaves it all", "3/S/ " + az + " //1/5.00/1/4/", "", 20, 30, "3/S/ " + az + " //1/5.00/1/4/", false);
+        row("no second field keeps the final slash", "3/S/" + az + "/", "w", 20, 30, "3/S/" + az + "/", false);
+        row("department 2", "3/S/REPARTO2//1/25.88/2/4/", "v", 20, 30, "3/S/REPARTO2//1/25.88/2/10/", false);
+        row("department 1 is the first entry", "3/S/REPARTO1//1/5.26/1/4/", "v", 20, 30, "3/S/REPARTO1//1/5.26/1/22/", false);
+        row("department 21 with blanks", "3/R/X//1/1.00/ 21 /0/", "v", 20, 30, "3/R/X//1/1.00/ 21 /4/", false);
+        row("department 0", "3/S/X//1/1.00/0/4/", "v", 20, 30, "3/S/X//1/1.00/0/4/", true);
+        row("department 22", "3/S/X//1/1.00/ 22 /4/", "v", 20, 30, "3/S/X//1/1.00/ 22 /4/", true);
+        row("department not a number", "3/S/X//1/1.00/x/4/", "v", 20, 30, "3/S/X//1/1.00/x/4/", true);
+        row("department with unknown VAT code", "3/S/X//1/1.00/3/4/", "v", 20, 30, "3/S/X//1/1.00/3/4/", true);
+        row("line without a VAT field", "3/S/X//1/1.00/2/", "v", 20, 30, "3/S/X//1/1.00/2/", true);
+        row("VAT off leaves a bad department alone", "3/S/X//1/1.00/99/4/", "", 20, 30, "3/S/X//1/1.00/99/4/", false);
+        row("wrap and VAT", "3/S/" + az + "//1/5.00/2/4/", "wv", 20, 30, "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/2/10/", false);
+        row("wrap kept when the department is unknown", "3/S/" + az + "//1/5.00/x/4/", "wv", 20, 30,
+            "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/x/4/", true);
+        row("not an item line", "4/" + az + "///0/0/0//", "wv", 20, 30, "4/" + az + "///0/0/0//", false);
+    }
+    void itemLine()
+    {
+        ItemLineOptions o;
+        o.wrapDescription = fetch<QString>("options").contains(u'w');
+        o.alIvaAuto = fetch<QString>("options").contains(u'v');
+        o.widths = {fetch<int>("first"), fetch<int>("second")};
+        o.vatRates.fill(0);
+        o.vatRates[0] = 22;
+        o.vatRates[1] = 10;
+        o.vatRates[2] = kelm::kUnknownVatRate;
+        o.vatRates[20] = 4;
+        const auto result = rewriteItemLine(fetch<QString>("line"), o);
+        QTEST(result.line, "expected");
+        QTEST(!result.logMessage.isEmpty(), "logged");
+        if (!result.logMessage.isEmpty() && QTest::currentDataTag() == QLatin1String("department 22"))
+            QVERIFY2(result.logMessage.contains(QStringLiteral("\"22\"")), qPrintable(result.logMessage));
+    }
+
+    // Each model in one line: name, code, header and footer lines, leading
+    // switches, payment types, messages, S flags, departments, PLUs,
+    // feature switches, description widths.
+    void models()
+    {
+        QStringList got;
+        for (const kelm::technician::ModelInfo& m : kelm::technician::setupModelli())
+            got << QStringLiteral("%1|%2|%3|%4|%5|%6|%7|%8|%9").arg(m.name, m.code).arg(m.headerLines).arg(m.footerLines)
+                       .arg(bits(m.leadingSwitches)).arg(m.paymentTypes).arg(m.scrollingMessages).arg(bits(m.sFlagAvailable))
+                       .arg(m.departmentLimit)
+                    + QStringLiteral("|%1|%2|%3|%4").arg(m.pluLimit).arg(bits(m.featureSwitches))
+                          .arg(m.firstDescriptionWidth).arg(m.secondDescriptionWidth);
+        const QString flags(26, u'1');
+        QCOMPARE(got, (QStringList{"Kelm Brio|QA|12|3|11|9|10|" + flags + "|20|9000|11111111111111|20|30",
+                                   "Velt|QC|12|3|11|10|10|" + flags + "|10|1000|11100101001101|30|30",
+                                   "|QB|12|3|11|10|10|" + flags + "|10|1000|11100101001101|20|30"}));
+    }
+
+    void modelLookup_data()
+    {
+        columns<QString, QString, int, int>("name", "code", "first", "second");
+        row("first", "Kelm Brio", "QA", 20, 30);
+        row("second", "Velt", "QC", 30, 30);
+        row("empty name", "", "QB", 20, 30);
+        row("other case", "velt", "", 0, 0);
+        row("trailing blank", "Velt ", "", 0, 0);
+        row("unknown", "Nessuno", "", 0, 0);
+    }
+    void modelLookup()
+    {
+        const auto model = kelm::technician::findModel(fetch<QString>("name"));
+        QTEST(model ? model->code : QString(), "code");
+        const DescriptionWidths widths = kelm::technician::descriptionWidthsFor(fetch<QString>("name"));
+        QTEST(widths.first, "first");
+        QTEST(widths.second, "second");
+    }
+
+    void splitLines_data()
+    {
+        columns<QByteArray, QStringList>("bytes", "lines");
+        row("CR LF", QByteArray("U/\r\n5/1/\r\n"), QStringList{"U/", "5/1/"});
+        row("LF", QByteArray("U/\n5/1/\n"), QStringList{"U/", "5/1/"});
+        row("no final line end", QByteArray("U/\r\n5/1/"), QStringList{"U/", "5/1/"});
+        row("lone CR", QByteArray("U/\r5/1/\r"), QStringList{"U/", "5/1/"});
+        row("mixed", QByteArray("U/\n3/S/A/\r\n5/1/"), QStringList{"U/", "3/S/A/", "5/1/"});
+        row("empty lines kept", QByteArray("U/\r\n\r\n\n5/1/"), QStringList{"U/", "", "", "5/1/"});
+        row("only a line end", QByteArray("\r\n"), QStringList{""});
+        row("empty file", QByteArray(), QStringList{});
+        row("DOS end-of-file mark", QByteArray("U/\r\n5/1/\r\n\x1A"), QStringList{"U/", "5/1/"});
+        row("text after the mark", QByteArray("U/\x1A" "5/1/\r\n"), QStringList{"U/"});
+        row("Windows-1252", QByteArray("3/S/Caff\xE8 \x80 1/\r\n"), QStringList{QStringLiteral("3/S/Caffè € 1/")});
+        row("blanks kept", QByteArray(" 3/S/A/ \r\n"), QStringList{" 3/S/A/ "});
+    }
+    void splitLines() { QTEST(splitReceiptLines(fetch<QByteArray>("bytes")), "lines"); }
+
+    void normalizeLine_data()
+    {
+        columns<QString, QString>("line", "expected"); // "-": skipped
+        row("final slash added", "x/7/0/0", "x/7/0/0/");
+        row("complete line", "x/7/0/0/", "x/7/0/0/");
+        row("code alone", "U", "U/");
+        row("trailing blank is not a slash", "5/1/ ", "5/1/ /");
+        row("leading blank kept", " U/", " U/");
+        row("blanks", "    ", "-");
+        row("empty", "", "-");
+    }
+    void normalizeLine() { QTEST(normalizeQueueLine(fetch<QString>("line")).value_or(QStringLiteral("-")), "expected"); }
+
+    void totalsText_data()
+    {
+        columns<QString, QString>("answer", "lines"); // lines joined by |, each ends CR LF in the file
+        const QString h = QStringLiteral("00/00/01/");
+        const QString eleven = "IVA 1 = 1.00|IVA 2 = 2.00|IVA 3 = 3.00|IVA 4 = 4.00|IVA 5 = 5.00|TOTALE VENDITE = 15.00|"
+                               "SCONTRINI = 7|NON FISCALI = 2|TOTALE STORNI = 0.50|TOTALE RESI = 1.25|TOTALE ANNULLI = 3.10";
+        const QString values = h + "1.00/2.00/3.00/4.00/5.00/15.00/7/2/0.50/1.25/3.10/";
+        row("empty answer", "", "");
+        row("header only", h, "");
+        row("no slash after the header", h + "12.00", "");
+        row("short header has no values", "00/1/2/", "");
+        row("one value", h + "5.00/", "IVA 1 = 5.00");
+        row("empty values", h + "//", "IVA 1 = |IVA 2 = ");
+        row("open tail ignored", h + "1/2", "IVA 1 = 1");
+        row("eleven values", values, eleven);
+        row("thirteen values", values + "9.99/8.88/", eleven + "|TOTALE ANNULLI = 3.10|TOTALE ANNULLI = 3.10");
+        row("header not read", "01/02/03/4/", "IVA 1 = 4");
+    }
+    void totalsText()
+    {
+        const QString text = kelm::server::totalsText(fetch<QString>("answer"));
+        QVERIFY(text.isEmpty() || text.endsWith(QStringLiteral("\r\n")));
+        QTEST(text.chopped(text.isEmpty() ? 0 : 2).replace(QStringLiteral("\r\n"), QStringLiteral("|")), "lines");
+    }
+
+    void writeTotals()
+    {
+        QTemporaryDir dir;
+        QVERIFY(WriteTotals(dir.path() + u'/', QStringLiteral("00/00/01/1/2/3/")));
+        QVERIFY(WriteTotals(dir.path() + u'/', QStringLiteral("00/00/01/€ 5/"))); // replaces, in Windows-1252
+        QCOMPARE(readAll(dir.filePath(QStringLiteral("Totali.txt"))), QByteArray("IVA 1 = \x80 5\r\n"));
+        QVERIFY(WriteTotals(dir.filePath(QStringLiteral("srv")), QStringLiteral("00/00/01/1/"))); // no separator added
+        QVERIFY(QFile::exists(dir.filePath(QStringLiteral("srvTotali.txt"))));
+        QVERIFY(!WriteTotals(dir.filePath(QStringLiteral("missing/")), QStringLiteral("00/00/01/1/")));
+    }
+
+    void logNameHelp()
+    {
+        const QStringList lines = logNameHelpText().split(u'\r');
+        QCOMPARE(lines.size(), 7);
+        QCOMPARE(lines.first(), QStringLiteral("Il file di log si trova nella stessa directory degli scontrini del server. "));
+        QCOMPARE(lines[5], QStringLiteral("  3) se si e' usata una mascheratura globale '*' allora si chiamerà DREV "));
+        QCOMPARE(lines.last(), QStringLiteral("     sempre con postfisso = giorno.log."));
+        QVERIFY(!logNameHelpText().contains(u'\n'));
+    }
+
+    void logFileName_data()
+    {
+        columns<QString, QString, QString>("serverDir", "logName", "expected");
+        row("separator added", "/var/spool/kelm", "scontrino.tx", "/var/spool/kelm" + kSep + "scontrino.tx 20111222.log");
+        row("separator present", "/var/spool/kelm/", "scontrino.tx", "/var/spool/kelm/scontrino.tx 20111222.log");
+        row("empty directory", "", "x", "/opt/kelm" + kSep + "x 20111222.log");
+        row("one-character directory", "/", "x", "/opt/kelm" + kSep + "x 20111222.log");
+        row("two-character directory", "ab", "x", "ab" + kSep + "x 20111222.log");
+        row("empty log name", "/srv/", "", "/srv/DREV 20111222.log");
+        row("blank log name", "/srv/", "   ", "/srv/DREV 20111222.log");
+        row("log name trimmed", "/srv/", " ord ", "/srv/ord 20111222.log");
+    }
+    void logFileName()
+    {
+        QTEST(kelm::logFileName(fetch<QString>("serverDir"), fetch<QString>("logName"), kWhen.date(), "/opt/kelm"), "expected");
+    }
+
+    void logLine_data()
+    {
+        columns<QString, QString, QString>("message", "record", "expected");
+        const QString stamp = QStringLiteral("2011-12-22 21:07:03 - ");
+        const QString r50(50, u'r'), m150(150, u'm');
+        row("padded", "Carta finita", "x/", stamp + "x/" + QString(48, u' ') + " - Carta finita" + QString(138, u' '));
+        row("cut", m150 + QString(50, u'M'), r50 + "RRR", stamp + r50 + " - " + m150);
+        row("exact widths", m150, r50, stamp + r50 + " - " + m150);
+        row("empty", "", "", stamp + QString(50, u' ') + " - " + QString(150, u' '));
+        row("blanks kept", " a ", " b ", stamp + " b " + QString(47, u' ') + " -  a " + QString(147, u' '));
+    }
+    void logLine() { QTEST(kelm::logLine(kWhen, fetch<QString>("message"), fetch<QString>("record")), "expected"); }
+
+    void suppressed_data()
+    {
+        columns<QString, bool>("message", "expected");
+        row("busy refusal", "Comando 'x/7/0/0/' - Errore N. 26", true);
+        row("any 26 at the end", "Errore N. 126", true);
+        row("just 26", "26", true);
+        row("26 then a blank", "Errore N. 26 ", false);
+        row("26 inside", "Errore N. 261", false);
+        row("6 alone", "6", false);
+        row("empty", "", false);
+        row("ordinary", "Carta finita", false);
+    }
+    void suppressed() { QTEST(kelm::isSuppressedLogMessage(fetch<QString>("message")), "expected"); }
+
+    void writeLog()
+    {
+        QTemporaryDir dir;
+        QDateTime now = kWhen;
+        kelm::RunTimeLog log(QString(), [&now] { return now; });
+        log.setServerDir(dir.path());
+        log.setLogName(QStringLiteral("scontrino.tx"));
+        log.WriteLog(QStringLiteral("spento"), QStringLiteral("U/")); // switched off: nothing
+        QVERIFY(QDir(dir.path()).isEmpty());
+        log.setEnabled(true);
+        log.WriteLog(QStringLiteral("Carta finita"), QStringLiteral("3/S/A//1/1/1/4/"));
+        log.WriteLog(QStringLiteral("Comando 'x/' - Errore N. 26"), QStringLiteral("x/")); // never logged
+        log.WriteLog(QStringLiteral("Perché"), QStringLiteral("5/"));
+        now = now.addDays(1);
+        log.WriteLog(QStringLiteral("domani"), QStringLiteral("U/"));
+        const QList<QByteArray> lines = readAll(dir.filePath(QStringLiteral("scontrino.tx 20111222.log"))).split('\n');
+        QCOMPARE(lines.size(), 3); // two lines and the empty text after the last line end
+        QCOMPARE(lines[0], kelm::logLine(kWhen, QStringLiteral("Carta finita"), QStringLiteral("3/S/A//1/1/1/4/")).toLatin1() + '\r');
+        QVERIFY(lines[1].contains("Perch\xE9"));
+        QCOMPARE(lines[1].size(), 226);
+        QVERIFY(readAll(dir.filePath(QStringLiteral("scontrino.tx 20111223.log"))).contains("domani"));
+        log.setServerDir(dir.filePath(QStringLiteral("missing")));
+        log.WriteLog(QStringLiteral("Carta finita"), QStringLiteral("U/"));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 2);
+    }
+
+    void runTimeList()
+    {
+        QStringList entries;
+        for (int i = 0; i <= kelm::kRunTimeListCap; ++i)
+            kelm::insertRunTimeEntry(entries, QString::number(i));
+        QCOMPARE(entries.size(), kelm::kRunTimeListCap);
+        QCOMPARE(entries.first(), QString::number(kelm::kRunTimeListCap));
+        QCOMPARE(entries.last(), QStringLiteral("1"));
+    }
+
+    void entryDetail_data()
+    {
+        columns<QString, bool, QString, QString>("entry", "coherent", "title", "text");
+        const QString toEcr = QStringLiteral("Messaggio Da PC a ECR"), fromEcr = QStringLiteral("Messaggio Da ECR a PC");
+        row("sent", kelm::kPcToEcrTag + "x/7/0/0/", true, toEcr, "x/7/0/0/");
+        row("as listed", "PC -> ECR : x/7/0/0/", true, toEcr, "x/7/0/0/");
+        row("from the ECR", "ECR        : Scontrino non aperto", true, fromEcr, " Scontrino non aperto");
+        row("ECR tag", kelm::kEcrTag + "Carta", true, fromEcr, " Carta");
+        row("error entry", "ECR-errore :26-Busy, reinvia il comando Ripeto comando", true, fromEcr,
+            "26-Busy, reinvia il comando Ripeto comando");
+        row("thirteen characters", "PC -> ECR : U", true, toEcr, "U");
+        row("twelve characters", "PC -> ECR : ", false, "", "Trasmissione Non Coerente");
+        row("empty", "", false, "", "Trasmissione Non Coerente");
+    }
+    void entryDetail()
+    {
+        const kelm::RunTimeEntryDetail detail = kelm::runTimeEntryDetail(fetch<QString>("entry"));
+        QTEST(detail.coherent, "coherent");
+        QTEST(detail.title, "title");
+        QTEST(detail.text, "text");
+    }
+
+    void receiptState_data()
+    {
+        columns<QString, ReceiptState>("fates", "state");
+        row("one still pending", "aaup", ReceiptState::InProgress);
+        row("all accepted", "aaa", ReceiptState::Printed);
+        row("a refusal", "ara", ReceiptState::PrintedWithRefusals);
+        row("the rest lost with the line", "aan", ReceiptState::PrintedWithRefusals);
+        row("an unknown fate wins", "raua", ReceiptState::Uncertain);
+        row("nothing reached it", "rsn", ReceiptState::NotPrinted);
+        row("no lines", "", ReceiptState::NotPrinted);
+    }
+    void receiptState()
+    {
+        QTEST(kelm::server::receiptState(linesOf(fetch<QString>("fates"))), "state");
+        QTEST(stateFromName(stateName(fetch<ReceiptState>("state"))), "state");
+    }
+
+    void statusBarAlert_data()
+    {
+        // A refused line is refused with `error` and `message`.
+        columns<QString, QString, QString, int, ReceiptAlert>("fates", "error", "message", "takenBeforeStart", "alert");
+        const QString refusal = QStringLiteral("Comando '3/S/X/' - Errore N. %1 - %2");
+        const QString dept = QStringLiteral("Il reparto non esiste"), keys = QStringLiteral("Errore tastiera - Tastiera scollegata");
+        const ReceiptAlert fatal{ReceiptAlert::Kind::Show, "Errore grave: " + refusal.arg(42).arg(keys)};
+        row("in progress", "ap", "", "", 0, ReceiptAlert{});
+        row("went through", "aa", "", "", 0, ReceiptAlert{ReceiptAlert::Kind::Clear, {}});
+        row("a refusal with the register's text", "arp", "8", dept, 0,
+            ReceiptAlert{ReceiptAlert::Kind::Show, refusal.arg(8).arg(dept)});
+        row("a fatal error emptied the queue", "arn", "42", keys, 0, fatal);
+        row("a fatal error on the last line", "ar", "42", keys, 0, fatal);
+        row("an earlier run's receipt", "ar", "8", dept, 1, ReceiptAlert{});
+    }
+    void statusBarAlert()
+    {
+        const QDateTime start(QDate(2026, 3, 1), QTime(9, 0));
+        ReceiptOutcome receipt;
+        receipt.taken = start.addSecs(-fetch<int>("takenBeforeStart"));
+        receipt.lines = linesOf(fetch<QString>("fates"));
+        for (LineOutcome& line : receipt.lines)
+            if (line.fate == LineFate::Refused)
+                line = LineOutcome::refused(QStringLiteral("3/S/X/"), fetch<QString>("error"), fetch<QString>("message"));
+            else if (line.fate == LineFate::NotSent)
+                line.reason = NotSentReason::FatalError;
+        QTEST(kelm::service::receiptAlert(receipt, start), "alert");
+    }
+
+    void bookKeepsEachReceiptApart()
+    {
+        QDateTime clock(QDate(2026, 3, 1), QTime(9, 0));
+        OutcomeBook book([&] { return clock; });
+        book.setIdentity({QStringLiteral("99MEY000123"), {}, {}, {}});
+        QSignalSpy changes(&book, &OutcomeBook::changed);
+        ReceiptOutcome receipt;
+        receipt.id = QStringLiteral("scontrino.txt");
+        receipt.lines = linesOf(QStringLiteral("pp"));
+        QCOMPARE(book.begin(receipt), QStringLiteral("scontrino.txt"));
+        // The same name again before the first is done: kept apart.
+        QCOMPARE(book.begin(receipt), QStringLiteral("scontrino.txt.2"));
+        book.record({LineOrigin::Source::File, QStringLiteral("scontrino.txt"), 1}, LineOutcome::accepted(QStringLiteral("3/S/A/")));
+        book.record({LineOrigin::Source::File, QStringLiteral("scontrino.txt"), 7}, LineOutcome::accepted({}));
+        book.record({}, LineOutcome::accepted({}));
+        QCOMPARE(book.find(QStringLiteral("scontrino.txt"))->state(), ReceiptState::InProgress);
+        QVERIFY(!book.find(QStringLiteral("scontrino.txt"))->finished.isValid());
+        clock = clock.addSecs(3);
+        book.record({LineOrigin::Source::File, QStringLiteral("scontrino.txt"), 2},
+                    LineOutcome::refused(QStringLiteral("5/"), QStringLiteral("17"), QStringLiteral("Chiudere scontrino")));
+        const ReceiptOutcome done = *book.find(QStringLiteral("scontrino.txt"));
+        QCOMPARE(done.state(), ReceiptState::PrintedWithRefusals);
+        QCOMPARE(done.lines.at(1).line, 2);
+        QCOMPARE(done.identity.serialNumber, QStringLiteral("99MEY000123"));
+        QCOMPARE(done.finished, clock);
+        QCOMPARE(done.taken, clock.addSecs(-3));
+        // Done: the name is free again.
+        QCOMPARE(book.begin(receipt), QStringLiteral("scontrino.txt"));
+        QCOMPARE(changes.size(), 5); // three begins, two recorded lines
+        QCOMPARE(book.find(QStringLiteral("scontrino.txt.2"))->state(), ReceiptState::InProgress);
+    }
+
+    void answerTextReadsBackWhatItWrote()
+    {
+        ReceiptOutcome receipt;
+        receipt.id = QStringLiteral("vendita è.txt");
+        receipt.identity = {QStringLiteral("99MEY000123"), QStringLiteral("0001"), QStringLiteral("KB"), QStringLiteral("1.2")};
+        receipt.taken = QDateTime(QDate(2026, 3, 1), QTime(9, 0, 1));
+        receipt.lines = {LineOutcome::accepted(QStringLiteral("3/S/CAFFÈ=1//1/1.00/1/4/")),
+                         LineOutcome::refused(QStringLiteral("3/S/X//1/1.00/99/4/"), QStringLiteral("8"),
+                                              QStringLiteral("Il reparto non esiste")),
+                         LineOutcome::skipped(QStringLiteral("x/7/0/0/"), QStringLiteral("Scontrino aperto")),
+                         LineOutcome::notSent(QStringLiteral("5/1/0.00/////"), NotSentReason::FatalError),
+                         LineOutcome::uncertain(QStringLiteral("3/S/Y//1/1.00/1/4/")), LineOutcome::pending(9, QStringLiteral("5/"))};
+        for (int i = 0; i < 5; ++i)
+            receipt.lines[i].line = i + 1;
+        const QByteArray text = answerText(receipt);
+        QVERIFY(text.contains("[Riga 2]\r\nRecord=3/S/X//1/1.00/99/4/\r\nEsito=rifiutata\r\nErrore=8\r\n"));
+        QVERIFY(text.contains("\xC8")); // Windows-1252
+        const std::optional<ReceiptOutcome> back = parseAnswerText(text);
+        QVERIFY(back);
+        QCOMPARE(back->id, receipt.id);
+        QCOMPARE(back->taken, receipt.taken);
+        QCOMPARE(back->identity.firmware, receipt.identity.firmware);
+        QCOMPARE(back->lines, receipt.lines);
+        QVERIFY(!parseAnswerText("Stato=stampato\r\n"));
+    }
+
+    void pendingLinesKeepTheirOrigin()
+    {
+        QTemporaryDir dir;
+        const QString path = pendingQueuePath(dir.path());
+        const QList<QueuedLine> lines{{QStringLiteral("3/S/A\tB//1/1.00/1/4/"), {LineOrigin::Source::File, QStringLiteral("a.txt"), 3}},
+                                      {QStringLiteral("5/"), {LineOrigin::Source::Request, QStringLiteral("r-7"), 1}},
+                                      {QStringLiteral("x/7/0/0/")}};
+        QVERIFY(savePendingQueue(path, lines));
+        QCOMPARE(takePendingQueue(path), lines);
+        QVERIFY(!QFile::exists(path));
+        QFile old(path); // left by an older version: bare lines
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("3/S/A\tB//1/1.00/1/4/\r\n5/\r\n");
+        old.close();
+        QCOMPARE(takePendingQueue(path), (QList<QueuedLine>{{QStringLiteral("3/S/A\tB//1/1.00/1/4/")}, {QStringLiteral("5/")}}));
+    }
+
+    void answerFilesFollowTheBook()
+    {
+        QTemporaryDir dir;
+        QCOMPARE(AnswerFiles::folderFor(QStringLiteral("off"), dir.path() + u'/'), QString());
+        const QString folder = AnswerFiles::folderFor(QString(), dir.path() + u'/');
+        QCOMPARE(folder, dir.path() + QStringLiteral("/esiti"));
+        QCOMPARE(AnswerFiles::folderFor(dir.path(), dir.path() + u'/'), folder); // never the spool itself
+        const auto stateOf = [&](const QString& name) {
+            QFile f(QDir(folder).filePath(name));
+            return f.open(QIODevice::ReadOnly) ? parseAnswerText(f.readAll())->state() : ReceiptState::NotPrinted;
+        };
+        {
+            OutcomeBook book;
+            AnswerFiles files(book, folder, 7);
+            ReceiptOutcome receipt;
+            receipt.id = QStringLiteral("a.txt");
+            receipt.lines = linesOf(QStringLiteral("pp"));
+            book.begin(receipt);
+            QCOMPARE(stateOf(QStringLiteral("a.txt")), ReceiptState::InProgress);
+            book.record({LineOrigin::Source::File, QStringLiteral("a.txt"), 1}, LineOutcome::accepted({}));
+            receipt.id = QStringLiteral("old.txt");
+            book.begin(receipt);
+            QFile old(QDir(folder).filePath(QStringLiteral("old.txt")));
+            QVERIFY(old.open(QIODevice::ReadWrite));
+            old.setFileTime(QDateTime::currentDateTime().addDays(-8), QFileDevice::FileModificationTime);
+            old.close();
+            files.flush(); // the rewrite that waited, and the sweep
+            QVERIFY(!old.exists());
+        }
+        // After a restart the receipt in progress is back, and is finished.
+        OutcomeBook book;
+        AnswerFiles files(book, folder, 7);
+        files.restore();
+        QCOMPARE(book.ids(), QStringList{QStringLiteral("a.txt")});
+        QCOMPARE(book.find(QStringLiteral("a.txt"))->lines.at(0).fate, LineFate::Accepted);
+        book.record({LineOrigin::Source::File, QStringLiteral("a.txt"), 2}, LineOutcome::accepted({}));
+        QCOMPARE(stateOf(QStringLiteral("a.txt")), ReceiptState::Printed);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestServer)
+#include "tst_server.moc"
