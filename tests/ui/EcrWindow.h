@@ -1,8 +1,9 @@
 #pragma once
 
-// A main window on the built-in virtual register, in a folder of its own:
-// controls are found by object name, message boxes answered by a script,
-// and what reached the register is read from its journal.
+// A main window on a register (the built-in virtual one unless a device is
+// given), in a folder of its own: controls are found by object name, message
+// boxes answered by a script, and what reached the register is read from its
+// journal.
 #include "ScriptedDialogs.h"
 #include "ui/MainForm.h"
 
@@ -16,26 +17,46 @@
 
 #include <memory>
 
+inline QByteArray readFile(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+inline void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly))
+        f.write(bytes);
+}
+
 class EcrWindow {
 public:
-    // `settings`: more lines for section Parametri.
-    explicit EcrWindow(const QByteArray& settings = {})
+    // `settings`: more lines for section Parametri. Not `started`: open() starts it.
+    explicit EcrWindow(const QByteArray& settings = {}, const QByteArray& device = "virtual", bool started = true)
     {
         QDir().mkpath(spool());
-        QFile ini(dir.filePath("KelmDrev.ini"));
-        ini.open(QIODevice::WriteOnly);
-        ini.write("[Parametri]\r\nModello=Kelm Brio\r\nVelocita=9600\r\nDispositivo=virtual\r\nServerDir="
-                  + spool().toLatin1() + "\r\n" + settings);
-        ini.close();
-        form = std::make_unique<kelm::ui::MainForm>(kelm::ui::MainForm::Options{dir.path(), false}, &dialogs,
-                                                    &passwords);
-        form->start();
+        writeIni("Modello=Kelm Brio\r\nVelocita=9600\r\nDispositivo=" + device + "\r\n" + settings);
+        if (started)
+            open();
     }
+    // Section Parametri as `lines`, and the spool folder.
+    void writeIni(const QByteArray& lines) const
+    {
+        writeFile(ini(), "[Parametri]\r\n" + lines + "ServerDir=" + spool().toLatin1() + "\r\n");
+    }
+    bool open()
+    {
+        form = std::make_unique<kelm::ui::MainForm>(kelm::ui::MainForm::Options{dir.path(), false}, &dialogs, &passwords);
+        return form->start();
+    }
+    QString ini() const { return dir.filePath("KelmDrev.ini"); }
     QString spool() const { return dir.filePath("spool"); }
+    QString panel(int n) const { return find<QLabel>(QStringLiteral("sbMain_%1").arg(n))->text(); }
     // True once the register's identity is on the status bar.
     bool ready() const
     {
-        return QTest::qWaitFor([this] { return !find<QLabel>("sbMain_3")->text().isEmpty(); }, 10000);
+        return QTest::qWaitFor([this] { return panel(3) == QStringLiteral("KD-99KDV000001"); }, 15000);
     }
     // Waits until the line's worker has run everything posted so far.
     bool settle() const
@@ -43,14 +64,18 @@ public:
         QTest::qWait(50);
         return QTest::qWaitFor([] { return !QGuiApplication::overrideCursor(); }, 10000);
     }
+    // A receipt file for the server, put in place at once.
+    void drop(const QByteArray& lines) const
+    {
+        writeFile(spool() + "/scontrino.tmp", lines);
+        QFile::rename(spool() + "/scontrino.tmp", spool() + "/scontrino.txt");
+    }
     void key(int index) const { click(QStringLiteral("cmdECR_%1").arg(index)); }
     template <typename W>
     W* find(const QString& name) const { return form->findChild<W*>(name); }
     QStringList journal() const
     {
-        QFile f(dir.filePath("virtual-ecr-journal.txt"));
-        f.open(QIODevice::ReadOnly);
-        return QString::fromLatin1(f.readAll()).split(QStringLiteral("\n"), Qt::SkipEmptyParts);
+        return QString::fromLatin1(readFile(dir.filePath("virtual-ecr-journal.txt"))).split(u'\n', Qt::SkipEmptyParts);
     }
     void click(const QString& name) const { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
     // Waits until `count` messages have been shown.

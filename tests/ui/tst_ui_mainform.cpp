@@ -1,66 +1,24 @@
 // The main window against the built-in virtual ECR: start-up, identity,
 // configuration round trip, start modes, exit question, model adaptation,
 // and a window that keeps answering while the register is slow.
-#include "ScriptedDialogs.h"
+#include "EcrWindow.h"
 #include "app/IniFile.h"
-#include "ui/MainForm.h"
 #include "server/PendingQueue.h"
 #include "ui/ModelAdaptation.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
-#include <QDialog>
 #include <QComboBox>
-#include <QDir>
-#include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QProcess>
-#include <QPushButton>
-#include <QTabWidget>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QDialog>
 #include <QElapsedTimer>
+#include <QLineEdit>
+#include <QProcess>
+#include <QTabWidget>
 #include <QTimer>
 
 using namespace kelm;
 using ui::MainForm;
-
-namespace {
-
-QByteArray readFile(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile f(path);
-    if (f.open(QIODevice::WriteOnly))
-        f.write(bytes);
-}
-
-struct Home {
-    explicit Home(const QByteArray& extra = {}, const QByteArray& device = "virtual")
-    {
-        QDir().mkpath(spool());
-        writeFile(dir.filePath("KelmDrev.ini"), "[Parametri]\r\nModello=Kelm Brio\r\nVelocita=9600\r\nDispositivo="
-                                                    + device + "\r\nServerDir=" + spool().toLatin1() + "\r\n"
-                                                    + extra);
-    }
-    QString spool() const { return dir.filePath("spool"); }
-    QTemporaryDir dir;
-};
-
-QString panel(MainForm& form, int n)
-{
-    return form.findChild<QLabel*>(QStringLiteral("sbMain_%1").arg(n))->text();
-}
-
-} // namespace
 
 class MainFormTest : public QObject {
     Q_OBJECT
@@ -87,24 +45,19 @@ private Q_SLOTS:
 
 void MainFormTest::startUpShowsTheRegister()
 {
-    Home home;
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
-    QVERIFY(form.start());
-    QCOMPARE(form.windowTitle(), QStringLiteral(" KelmDrev - Versione : ") + QStringLiteral(KELMDREV_VERSION));
-    QTRY_COMPARE(panel(form, 3), QStringLiteral("KD-99KDV000001"));
-    QCOMPARE(panel(form, 4), QStringLiteral("1.00"));
+    EcrWindow w;
+    QCOMPARE(w.form->windowTitle(), QStringLiteral(" KelmDrev - Versione : ") + QStringLiteral(KELMDREV_VERSION));
+    QVERIFY(w.ready());
+    QCOMPARE(w.panel(4), QStringLiteral("1.00"));
     // The start-up's "e/" fills the rate boxes.
-    QTRY_COMPARE(form.findChild<QLineEdit*>(QStringLiteral("txtIVA_0"))->text(), QStringLiteral("22.00"));
-    const QByteArray ini = readFile(home.dir.filePath("KelmDrev.ini"));
-    QVERIFY(ini.contains("[Current]\r\nCampo=KD\r\nSN=99KDV000001\r\nNum=1\r\nFW=1.00\r\nDrev=" KELMDREV_VERSION "\r\n"));
-    QVERIFY(form.findChild<QWidget*>(QStringLiteral("VirtualEcrPanel")));
-    QVERIFY(dialogs.shown.isEmpty());
-    QCOMPARE(form.trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nServer non attivo"));
+    QTRY_COMPARE(w.find<QLineEdit>("txtIVA_0")->text(), QStringLiteral("22.00"));
+    QVERIFY(readFile(w.ini()).contains("[Current]\r\nCampo=KD\r\nSN=99KDV000001\r\nNum=1\r\nFW=1.00\r\nDrev=" KELMDREV_VERSION "\r\n"));
+    QVERIFY(w.find<QWidget>("VirtualEcrPanel"));
+    QVERIFY(w.dialogs.shown.isEmpty());
+    QCOMPARE(w.form->trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nServer non attivo"));
     // Closed, the panel comes back from the menu.
-    auto* dock = form.findChild<QWidget*>(QStringLiteral("dockVirtualEcr"));
-    auto* view = form.findChild<QAction*>(QStringLiteral("mnuViewVirtualEcr"));
+    auto* dock = w.find<QWidget>("dockVirtualEcr");
+    auto* view = w.find<QAction>("mnuViewVirtualEcr");
     dock->close();
     QVERIFY(!view->isChecked());
     view->trigger();
@@ -113,26 +66,18 @@ void MainFormTest::startUpShowsTheRegister()
 
 void MainFormTest::driverTroubleOnTheStatusBar()
 {
-    Home home("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
-    QVERIFY(form.start());
-    QTRY_COMPARE(panel(form, 3), QStringLiteral("KD-99KDV000001"));
-    const auto drop = [&](const QByteArray& lines) {
-        writeFile(home.spool() + "/scontrino.tmp", lines);
-        QFile::rename(home.spool() + "/scontrino.tmp", home.spool() + "/scontrino.txt");
-    };
-    drop("3/S/PANE//1/1.00/1/4/\r\n3/S/X//1/1.00/99/4/\r\n5/1/0.00/////\r\n");
-    QTRY_VERIFY_WITH_TIMEOUT(panel(form, 2).startsWith("Comando '3/S/X//1/1.00/99/4/' - Errore N. "), 5000);
-    QVERIFY(panel(form, 2).endsWith(QStringLiteral(" - Il reparto non esiste")));
-    QCOMPARE(panel(form, 1), QStringLiteral("Attenzione!"));
-    QVERIFY(form.trayTip().endsWith(u'\n' + panel(form, 2)));
+    EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
+    QVERIFY(w.ready());
+    w.drop("3/S/PANE//1/1.00/1/4/\r\n3/S/X//1/1.00/99/4/\r\n5/1/0.00/////\r\n");
+    QTRY_VERIFY_WITH_TIMEOUT(w.panel(2).startsWith("Comando '3/S/X//1/1.00/99/4/' - Errore N. "), 5000);
+    QVERIFY(w.panel(2).endsWith(QStringLiteral(" - Il reparto non esiste")));
+    QCOMPARE(w.panel(1), QStringLiteral("Attenzione!"));
+    QVERIFY(w.form->trayTip().endsWith(u'\n' + w.panel(2)));
     QTest::qWait(500); // it stays
-    QVERIFY(!panel(form, 2).isEmpty());
-    drop("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-    QTRY_COMPARE_WITH_TIMEOUT(panel(form, 2), QString(), 5000); // the next receipt went through
-    QCOMPARE(form.trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nDriver attivo"));
+    QVERIFY(!w.panel(2).isEmpty());
+    w.drop("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+    QTRY_COMPARE_WITH_TIMEOUT(w.panel(2), QString(), 5000); // the next receipt went through
+    QCOMPARE(w.form->trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nDriver attivo"));
 }
 
 void MainFormTest::tabsAndTechnicianPage_data()
@@ -155,13 +100,11 @@ void MainFormTest::tabsAndTechnicianPage()
 {
     QFETCH(QString, password);
     QFETCH(QString, login);
-    Home home;
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    passwords.values[technician::kLoginApplication] = password;
-    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
-    QVERIFY(form.start());
-    auto* tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTabPrimaria"));
+    EcrWindow w({}, "virtual", false);
+    w.passwords.values[technician::kLoginApplication] = password;
+    QVERIFY(w.open());
+    MainForm& form = *w.form;
+    auto* tabs = w.find<QTabWidget>("SSTabPrimaria");
     QCOMPARE(tabs->count(), 4);
     QCOMPARE(tabs->tabText(0), QStringLiteral("Configuraz. &PC"));
     QCOMPARE(tabs->tabText(1), QStringLiteral("&Configuraz. ECR"));
@@ -187,9 +130,9 @@ void MainFormTest::tabsAndTechnicianPage()
     QStringList after;
     if (tabs->isTabEnabled(3))
         after << "page";
-    if (!form.findChild<QLabel*>(QStringLiteral("sbMain_4"))->isHidden())
+    if (!w.find<QLabel>("sbMain_4")->isHidden())
         after << "panel4";
-    if (form.findChild<QCheckBox*>(QStringLiteral("chkPagCrediti_1"))->isEnabled())
+    if (w.find<QCheckBox>("chkPagCrediti_1")->isEnabled())
         after << "credit";
     if (form.technicianLogged())
         after << "logged";
@@ -198,31 +141,24 @@ void MainFormTest::tabsAndTechnicianPage()
 
 void MainFormTest::missingModelOnTheStatusBar()
 {
-    QTemporaryDir dir;
-    writeFile(dir.filePath("KelmDrev.ini"), "[Parametri]\r\nDispositivo=virtual\r\n");
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    MainForm form({dir.path(), false}, &dialogs, &passwords);
-    QVERIFY(form.start()); // the window runs without the register
-    QCOMPARE(panel(form, 1), QStringLiteral("Errore Nei Parametri"));
-    QCOMPARE(panel(form, 2), QStringLiteral("Tipo Modello non impostato"));
+    EcrWindow w({}, "virtual", false);
+    w.writeIni("Dispositivo=virtual\r\n");
+    QVERIFY(w.open()); // the window runs without the register
+    QCOMPARE(w.panel(1), QStringLiteral("Errore Nei Parametri"));
+    QCOMPARE(w.panel(2), QStringLiteral("Tipo Modello non impostato"));
     QTest::qWait(200);
-    QCOMPARE(panel(form, 3), QString());
+    QCOMPARE(w.panel(3), QString());
 }
 
 void MainFormTest::secondInstanceIsRefused()
 {
-    Home home;
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    MainForm first({home.dir.path(), false}, &dialogs, &passwords);
-    QVERIFY(first.start());
-    first.hide(); // in the tray
-    MainForm second({home.dir.path(), false}, &dialogs, &passwords);
+    EcrWindow w;
+    w.form->hide(); // in the tray
+    MainForm second({w.dir.path(), false}, &w.dialogs, &w.passwords);
     QVERIFY(!second.start());
-    QCOMPARE(dialogs.shown, QStringList{"ATTENZIONE: Driver già attivo"});
-    QTRY_VERIFY(first.isVisible()); // and the running window comes forward
-    QTRY_COMPARE(panel(first, 3), QStringLiteral("KD-99KDV000001")); // the first one is untouched
+    QCOMPARE(w.dialogs.shown, QStringList{"ATTENZIONE: Driver già attivo"});
+    QTRY_VERIFY(w.form->isVisible()); // and the running window comes forward
+    QVERIFY(w.ready()); // the first one is untouched
 }
 
 void MainFormTest::startModes_data()
@@ -244,55 +180,44 @@ void MainFormTest::startModes()
     QFETCH(bool, visible);
     QFETCH(bool, minimized);
     QFETCH(int, tab);
-    Home home("ServerModalita=" + mode.toLatin1() + "\r\n");
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
-    QVERIFY(form.start());
-    QCOMPARE(form.isVisible(), visible);
-    QCOMPARE(form.isMinimized(), minimized);
-    QCOMPARE(form.findChild<QTabWidget*>(QStringLiteral("SSTabPrimaria"))->currentIndex(), tab);
+    EcrWindow w("ServerModalita=" + mode.toLatin1() + "\r\n");
+    QCOMPARE(w.form->isVisible(), visible);
+    QCOMPARE(w.form->isMinimized(), minimized);
+    QCOMPARE(w.find<QTabWidget>("SSTabPrimaria")->currentIndex(), tab);
 }
 
 void MainFormTest::configurationRoundTrip()
 {
-    Home home;
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    {
-        MainForm form({home.dir.path(), false}, &dialogs, &passwords);
-        QVERIFY(form.start());
-        form.findChild<QComboBox*>(QStringLiteral("cmbModello"))->setCurrentText(QStringLiteral("Velt"));
-        form.findChild<QComboBox*>(QStringLiteral("cmbComPort"))->setCurrentText(QStringLiteral("Com7"));
-        form.findChild<QComboBox*>(QStringLiteral("cmbSpeed"))->setCurrentText(QStringLiteral("115200"));
-        form.findChild<QCheckBox*>(QStringLiteral("chkSRV"))->setChecked(true);
-        form.findChild<QComboBox*>(QStringLiteral("cmbSRVModalita"))->setCurrentText(QStringLiteral("Minimized"));
-        form.findChild<QLineEdit*>(QStringLiteral("txtSRVFile"))->setText(QStringLiteral("*.txt"));
-        form.findChild<QCheckBox*>(QStringLiteral("chkLog"))->setChecked(false);
-        form.findChild<QCheckBox*>(QStringLiteral("chkWrapDescription"))->setChecked(true);
-        dialogs.chosenDirectory = home.spool() + QStringLiteral("/other");
-        QVERIFY(QDir().mkpath(dialogs.chosenDirectory));
-        QTest::mouseClick(form.findChild<QPushButton*>(QStringLiteral("cmdSRVDir")), Qt::LeftButton);
-        QCOMPARE(dialogs.asked.last(), QStringLiteral("Indicare la cartella di lavoro temporanea del Server"));
-        QTest::mouseClick(form.findChild<QPushButton*>(QStringLiteral("cmdSalvaConfigPC")), Qt::LeftButton);
-        // The running server takes its receipts from the new folder at once.
-        writeFile(dialogs.chosenDirectory + "/nuovo.txt", "3/S/NUOVO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-        QTRY_VERIFY_WITH_TIMEOUT(readFile(home.dir.filePath("virtual-ecr-journal.txt")).contains("3/S/NUOVO//"), 5000);
-    }
-    const IniFile ini(home.dir.filePath("KelmDrev.ini"));
+    EcrWindow w;
+    w.find<QComboBox>("cmbModello")->setCurrentText("Velt");
+    w.find<QComboBox>("cmbComPort")->setCurrentText("Com7");
+    w.find<QComboBox>("cmbSpeed")->setCurrentText("115200");
+    w.find<QCheckBox>("chkSRV")->setChecked(true);
+    w.find<QComboBox>("cmbSRVModalita")->setCurrentText("Minimized");
+    w.find<QLineEdit>("txtSRVFile")->setText("*.txt");
+    w.find<QCheckBox>("chkLog")->setChecked(false);
+    w.find<QCheckBox>("chkWrapDescription")->setChecked(true);
+    w.dialogs.chosenDirectory = w.spool() + "/other";
+    QVERIFY(QDir().mkpath(w.dialogs.chosenDirectory));
+    w.click("cmdSRVDir");
+    QCOMPARE(w.dialogs.asked.last(), QStringLiteral("Indicare la cartella di lavoro temporanea del Server"));
+    w.click("cmdSalvaConfigPC");
+    // The running server takes its receipts from the new folder at once.
+    writeFile(w.dialogs.chosenDirectory + "/nuovo.txt", "3/S/NUOVO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+    QTRY_VERIFY_WITH_TIMEOUT(w.journal().contains("3/S/NUOVO//1/1.00/1/4/"), 5000);
+    w.form.reset();
+    const IniFile ini(w.ini());
     const QMap<QString, QString> expected = {
         {"Modello", "Velt"}, {"Porta", "7"}, {"Velocita", "115200"}, {"Dispositivo", ""},
-        {"ServerStato", "On"}, {"ServerModalita", "Minimized"}, {"ServerDir", home.spool() + "/other"},
+        {"ServerStato", "On"}, {"ServerModalita", "Minimized"}, {"ServerDir", w.spool() + "/other"},
         {"ServerFile", "*.txt"}, {"ServerLog", "Off"}, {"WrapDescription", "On"}, {"AlIvaAuto", "Off"}};
     for (auto it = expected.begin(); it != expected.end(); ++it)
         QCOMPARE(ini.read("Parametri", it.key(), "<missing>", 255), it.value());
-
-    MainForm again({home.dir.path(), false}, &dialogs, &passwords);
-    QVERIFY(again.start());
-    QCOMPARE(again.findChild<QComboBox*>(QStringLiteral("cmbComPort"))->currentText(), QStringLiteral("Com7"));
-    QCOMPARE(again.findChild<QComboBox*>(QStringLiteral("cmbModello"))->currentText(), QStringLiteral("Velt"));
-    QVERIFY(again.findChild<QCheckBox*>(QStringLiteral("chkSRV"))->isChecked());
-    QVERIFY(!again.findChild<QCheckBox*>(QStringLiteral("chkLog"))->isChecked());
+    QVERIFY(w.open());
+    QCOMPARE(w.find<QComboBox>("cmbComPort")->currentText(), QStringLiteral("Com7"));
+    QCOMPARE(w.find<QComboBox>("cmbModello")->currentText(), QStringLiteral("Velt"));
+    QVERIFY(w.find<QCheckBox>("chkSRV")->isChecked());
+    QVERIFY(!w.find<QCheckBox>("chkLog")->isChecked());
 }
 
 void MainFormTest::storedSettingsSurviveASave_data()
@@ -300,15 +225,13 @@ void MainFormTest::storedSettingsSurviveASave_data()
     QTest::addColumn<QByteArray>("stored"); // section Parametri but for the spool
     QTest::addColumn<QByteArray>("kept");   // a line the save must leave as it is
     QTest::addColumn<QByteArray>("absent"); // a key the save must not write
-
-    const QByteArray brio = "Modello=Kelm Brio\r\n";
-    const QByteArray virt = "Dispositivo=virtual\r\n";
+    const QByteArray brio = "Modello=Kelm Brio\r\n", virt = "Dispositivo=virtual\r\n";
     QTest::newRow("a speed outside the list") << brio + "Velocita=19200\r\n" + virt << QByteArray("Velocita=19200\r\n")
                                               << QByteArray("<none>");
     QTest::newRow("a model outside the table") << "Modello=Cassa Nuova\r\nVelocita=9600\r\n" + virt
                                                << QByteArray("Modello=Cassa Nuova\r\n") << QByteArray("<none>");
-    QTest::newRow("a ComN port writes no device") << brio + "Velocita=9600\r\nPorta=3\r\n"
-                                                  << QByteArray("Porta=3\r\n") << QByteArray("Dispositivo");
+    QTest::newRow("a ComN port writes no device") << brio + "Velocita=9600\r\nPorta=3\r\n" << QByteArray("Porta=3\r\n")
+                                                  << QByteArray("Dispositivo");
 }
 
 void MainFormTest::storedSettingsSurviveASave()
@@ -316,35 +239,26 @@ void MainFormTest::storedSettingsSurviveASave()
     QFETCH(QByteArray, stored);
     QFETCH(QByteArray, kept);
     QFETCH(QByteArray, absent);
-    Home home;
-    const QString path = home.dir.filePath("KelmDrev.ini");
-    writeFile(path, "[Parametri]\r\n" + stored + "ServerDir=" + home.spool().toLatin1() + "\r\n");
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
-    form.start();
-    QTest::mouseClick(form.findChild<QPushButton*>(QStringLiteral("cmdSalvaConfigPC")), Qt::LeftButton);
-    const QByteArray saved = readFile(path);
-    QVERIFY2(saved.contains(kept), saved.constData());
-    QVERIFY2(!saved.contains(absent), saved.constData());
+    EcrWindow w({}, "virtual", false);
+    w.writeIni(stored);
+    w.open();
+    w.click("cmdSalvaConfigPC");
+    const QByteArray saved = readFile(w.ini());
+    QVERIFY2(saved.contains(kept) && !saved.contains(absent), saved.constData());
 }
 
 void MainFormTest::keptLinesWaitWhileTheServerIsOff()
 {
-    Home home("ServerStato=Off\r\n");
-    server::savePendingQueue(server::pendingQueuePath(home.dir.path()),
-                             {{QStringLiteral("3/S/RIMASTO//1/1.00/1/4/")}, {QStringLiteral("5/1/0.00/////")}});
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
-    QVERIFY(form.start());
-    QTRY_COMPARE(panel(form, 3), QStringLiteral("KD-99KDV000001"));
+    EcrWindow w("ServerStato=Off\r\n", "virtual", false);
+    server::savePendingQueue(server::pendingQueuePath(w.dir.path()), {{"3/S/RIMASTO//1/1.00/1/4/"}, {"5/1/0.00/////"}});
+    QVERIFY(w.open());
+    QVERIFY(w.ready());
     std::atomic<bool> settled{false};
-    form.session().post([&](EcrLink&) { settled = true; });
+    w.form->session().post([&](EcrLink&) { settled = true; });
     QTRY_VERIFY(settled);
-    QVERIFY(!readFile(home.dir.filePath("virtual-ecr-journal.txt")).contains("RIMASTO"));
-    form.findChild<QCheckBox*>(QStringLiteral("chkSRV"))->setChecked(true);
-    QTRY_VERIFY(readFile(home.dir.filePath("virtual-ecr-journal.txt")).contains("3/S/RIMASTO//1/1.00/1/4/\n5/1/"));
+    QVERIFY(!w.journal().join(u'|').contains("RIMASTO"));
+    w.find<QCheckBox>("chkSRV")->setChecked(true);
+    QTRY_VERIFY(w.journal().join(u'|').contains("3/S/RIMASTO//1/1.00/1/4/|5/1/"));
 }
 
 void MainFormTest::exitQuestionWhileAReceiptIsOpen_data()
@@ -365,21 +279,16 @@ void MainFormTest::exitQuestionWhileAReceiptIsOpen()
     QProcess sim;
     sim.start(QStringLiteral(ECRSIM_EXE), {"--link", link, "--delay", "300", "--journal", journal});
     QVERIFY(sim.waitForReadyRead(5000));
-    Home home("ServerStato=On\r\nServerFile=scontrino.txt\r\n", link.toLatin1());
-    ScriptedDialogs dialogs;
-    dialogs.answers = {yes ? ui::Dialogs::Button::Yes : ui::Dialogs::Button::No};
-    MemoryPasswords passwords;
-    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
-    QVERIFY(form.start());
-    QTRY_COMPARE_WITH_TIMEOUT(panel(form, 3), QStringLiteral("KD-99KDV000001"), 10000);
-    writeFile(home.spool() + "/scontrino.tmp",
-              "3/S/UNO//1/1.00/1/4/\r\n3/S/DUE//1/1.00/1/4/\r\n3/S/TRE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-    QFile::rename(home.spool() + "/scontrino.tmp", home.spool() + "/scontrino.txt");
+    EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n", link.toLatin1(), false);
+    w.dialogs.answers = {yes ? ui::Dialogs::Button::Yes : ui::Dialogs::Button::No};
+    QVERIFY(w.open());
+    QVERIFY(w.ready());
+    w.drop("3/S/UNO//1/1.00/1/4/\r\n3/S/DUE//1/1.00/1/4/\r\n3/S/TRE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
     QTRY_VERIFY_WITH_TIMEOUT(readFile(journal).contains("3/S/UNO//"), 10000);
     QVERIFY(!readFile(journal).contains("5/1/"));
-    form.mnuFileExit_Click();
-    QCOMPARE(dialogs.asked, QStringList{"ATTENZIONE: Scontrino Aperto !\r\n\r\nProseguo ?"});
-    QCOMPARE(form.isVisible(), !yes);
+    w.form->mnuFileExit_Click();
+    QCOMPARE(w.dialogs.asked, QStringList{"ATTENZIONE: Scontrino Aperto !\r\n\r\nProseguo ?"});
+    QCOMPARE(w.form->isVisible(), !yes);
     sim.write("quit\n");
     sim.waitForFinished(3000);
 }
@@ -388,39 +297,33 @@ void MainFormTest::modelAdaptation_data()
 {
     QTest::addColumn<int>("payments");
     QTest::addColumn<int>("messages");
-    QTest::addColumn<QString>("enabled");   // one letter a control: payments 0..8 | messages 0..9 | flag 3
-    QTest::newRow("9 payments, 10 messages: everything on") << 9 << 10 << "111111111|1111111111|1";
-    QTest::newRow("5 payments, 2 messages") << 5 << 2 << "111110000|1100000000|1";
+    QTest::addColumn<bool>("flag3");
+    QTest::addColumn<QString>("enabled"); // one letter a control: payments 0..8 | messages 0..9 | flag 3
+    QTest::newRow("9 payments, 10 messages: everything on") << 9 << 10 << true << "111111111|1111111111|1";
+    QTest::newRow("5 payments, 2 messages, no flag 3") << 5 << 2 << false << "111110000|1100000000|0";
 }
 
 void MainFormTest::modelAdaptation()
 {
     QFETCH(int, payments);
     QFETCH(int, messages);
-    QFETCH(QString, enabled);
+    QFETCH(bool, flag3);
+    const QStringList names = {"txtPagDescr_%1", "txtScrollMSG_%1", "cmbFlagS_3"};
+    const int counts[] = {9, 10, 1};
     QWidget root;
-    for (int j = 0; j < 9; ++j)
-        (new QLineEdit(&root))->setObjectName(QStringLiteral("txtPagDescr_%1").arg(j));
-    for (int j = 0; j < 10; ++j)
-        (new QLineEdit(&root))->setObjectName(QStringLiteral("txtScrollMSG_%1").arg(j));
-    (new QComboBox(&root))->setObjectName(QStringLiteral("cmbFlagS_3"));
+    for (int k = 0; k < 3; ++k)
+        for (int j = 0; j < counts[k]; ++j)
+            (new QLineEdit(&root))->setObjectName(names[k].arg(j));
     technician::ModelInfo model = technician::setupModelli().front();
-    model.paymentTypes = static_cast<qint16>(payments);
-    model.scrollingMessages = static_cast<qint16>(messages);
+    model.paymentTypes = qint16(payments);
+    model.scrollingMessages = qint16(messages);
+    model.sFlagAvailable[3] = flag3;
     ui::adaptFormToModel(&root, model);
-    QString seen;
-    for (int j = 0; j < 9; ++j)
-        seen += root.findChild<QWidget*>(QStringLiteral("txtPagDescr_%1").arg(j))->isEnabled() ? u'1' : u'0';
-    seen += u'|';
-    for (int j = 0; j < 10; ++j)
-        seen += root.findChild<QWidget*>(QStringLiteral("txtScrollMSG_%1").arg(j))->isEnabled() ? u'1' : u'0';
-    seen += u'|';
-    seen += root.findChild<QWidget*>(QStringLiteral("cmbFlagS_3"))->isEnabled() ? u'1' : u'0';
-    QCOMPARE(seen, enabled);
-
-    model.sFlagAvailable[3] = false;
-    ui::adaptFormToModel(&root, model);
-    QVERIFY(!root.findChild<QWidget*>(QStringLiteral("cmbFlagS_3"))->isEnabled());
+    QStringList seen(3);
+    for (int k = 0; k < 3; ++k)
+        for (int j = 0; j < counts[k]; ++j)
+            seen[k] += root.findChild<QWidget*>(names[k].arg(j))->isEnabled() ? u'1' : u'0';
+    QTEST(seen.join(u'|'), "enabled");
 }
 
 void MainFormTest::windowAnswersWhileTheRegisterIsSlow()
@@ -431,19 +334,16 @@ void MainFormTest::windowAnswersWhileTheRegisterIsSlow()
     QProcess sim;
     sim.start(QStringLiteral(ECRSIM_EXE), {"--link", link, "--delay", "1500"});
     QVERIFY(sim.waitForReadyRead(5000));
-    Home home({}, link.toLatin1());
-    ScriptedDialogs dialogs;
-    MemoryPasswords passwords;
-    MainForm form({home.dir.path(), false}, &dialogs, &passwords);
+    EcrWindow w({}, link.toLatin1(), false);
     int ticks = 0;
     QTimer clock;
     connect(&clock, &QTimer::timeout, [&] { ++ticks; });
     clock.start(20);
     QElapsedTimer elapsed;
     elapsed.start();
-    QVERIFY(form.start());
+    QVERIFY(w.open());
     QVERIFY(elapsed.elapsed() < 1000); // start-up does not wait for the register
-    QTRY_COMPARE_WITH_TIMEOUT(panel(form, 3), QStringLiteral("KD-99KDV000001"), 15000);
+    QVERIFY(w.ready());
     // Several seconds of exchanges, and the UI thread went on ticking all along.
     QVERIFY2(ticks > elapsed.elapsed() / 20 / 2, qPrintable(QString::number(ticks)));
     sim.write("quit\n");
