@@ -48,39 +48,29 @@ class DriverTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void statusByte_data()
+    // The two state queries: "s/" for the state digit, "?/" for an error.
+    void stateQueries_data()
     {
-        columns<QString, QString, int>("enq", "reply", "result");
-        row("no error: the state digit (23rd character)", "<ACK>", "<ACK><STX>00/00/01/00000000000003/<ETX>", 3);
-        row("no error, answer too short for the digit", "<ACK>", "<ACK><STX>00/00/01/x/<ETX>", 0);
-        row("no error, not a digit", "<ACK>", "<ACK><STX>00/00/01/0000000000000x00<ETX>", 0);
-        row("an error wins over the digit", "<ACK>", "<ACK><STX>31/04/01/0000000000003/<ETX>", 49);
-        row("link failure", "<CAN>", "", 1002);
+        columns<QString, QString, QString, int, QString>("query", "enq", "reply", "result", "shown");
+        row("no error: the state digit (23rd character)", "s/", "<ACK>", "<ACK><STX>00/00/01/00000000000003/<ETX>", 3, "");
+        row("no error, answer too short for the digit", "s/", "<ACK>", "<ACK><STX>00/00/01/x/<ETX>", 0, "");
+        row("no error, not a digit", "s/", "<ACK>", "<ACK><STX>00/00/01/0000000000000x00<ETX>", 0, "");
+        row("an error wins over the digit", "s/", "<ACK>", "<ACK><STX>31/04/01/0000000000003/<ETX>", 49, "");
+        row("link failure", "s/", "<CAN>", "", 1002, "");
+        row("error state: none", "?/", "<ACK>", "<ACK><STX>00/00/01/x/<ETX>", 0, "");
+        row("error state: paper out", "?/", "<ACK>", "<ACK><STX>31/04/01/x/<ETX>", 49,
+            "Attenzione: Comando '?/' - Errore N. 49\r\nCarta finita");
+        row("error state: no answer", "?/", "<ACK>", "<ACK>", 1005, "");
     }
-    void statusByte()
+    void stateQueries()
     {
         ScriptedPeer peer;
         peer.enqReplies = {fetch<QString>("enq")};
         peer.frameReplies = {fetch<QString>("reply")};
         DriverRig rig(&peer);
-        QTEST(server::QueryStatusByte(rig.link), "result");
-        QCOMPARE(peer.records(), fetch<int>("result") < 1000 ? QStringList{"s/"} : QStringList{});
-    }
-
-    void errorState_data()
-    {
-        columns<QString, int, QString>("reply", "result", "shown");
-        row("no error", "<ACK><STX>00/00/01/x/<ETX>", 0, "");
-        row("paper out", "<ACK><STX>31/04/01/x/<ETX>", 49, "Attenzione: Comando '?/' - Errore N. 49\r\nCarta finita");
-        row("no answer", "<ACK>", 1005, "");
-    }
-    void errorState()
-    {
-        ScriptedPeer peer;
-        peer.enqReplies = {QStringLiteral("<ACK>")};
-        peer.frameReplies = {fetch<QString>("reply")};
-        DriverRig rig(&peer);
-        QTEST(server::QueryErrorState(rig.link, rig.op), "result");
+        const QString& query = fetch<QString>("query");
+        QTEST(query == "s/" ? server::QueryStatusByte(rig.link) : server::QueryErrorState(rig.link, rig.op), "result");
+        QCOMPARE(peer.records(), fetch<QString>("enq") == "<CAN>" ? QStringList{} : QStringList{query});
         QTEST(rig.op.messages.join(u'|'), "shown");
     }
 
@@ -287,37 +277,44 @@ private Q_SLOTS:
     }
 
     // Which files are taken; the program's own files never, whatever the
-    // mask; a taken file is gone and is not taken twice.
+    // mask; a taken file is gone and is not taken twice. The log is named
+    // after the mask.
     void masks_data()
     {
-        columns<QString, QStringList>("mask", "taken"); // sorted tags of the files taken
+        columns<QString, QStringList, QString>("mask", "taken", "logName"); // sorted tags of the files taken
         const QStringList all{"HIDDEN", "OTHER", "RECORD", "SCO1", "SCODAT", "SCONTRINO"};
-        row("exact name, any case", "SCONTRINO.TXT", QStringList{"SCONTRINO"});
-        row("a hidden file named", ".scontrino.txt", QStringList{"HIDDEN"});
-        row("*.txt ends with", "*.txt", QStringList{"HIDDEN", "RECORD", "SCO1", "SCONTRINO"});
-        row("SCO* begins with", "SCO*", QStringList{"SCO1", "SCODAT", "SCONTRINO"});
-        row("*ord* contains", "*ord*", QStringList{"RECORD"});
-        row("* takes all but forbidden", "*", all);
-        row("*.* takes all but forbidden", "*.*", all);
+        row("exact name, any case", "SCONTRINO.TXT", QStringList{"SCONTRINO"}, "SCONTRINO.TXT");
+        row("a hidden file named", ".scontrino.txt", QStringList{"HIDDEN"}, ".scontrino.txt");
+        row("*.txt ends with", "*.txt", QStringList{"HIDDEN", "RECORD", "SCO1", "SCONTRINO"}, ".txt");
+        row("SCO* begins with", "SCO*", QStringList{"SCO1", "SCODAT", "SCONTRINO"}, "SCO");
+        row("*ord* contains", "*ord*", QStringList{"RECORD"}, "ord");
+        row("* takes all but forbidden", "*", all, "");
+        row("*.* takes all but forbidden", "*.*", all, "");
     }
     void masks()
     {
         DriverRig rig;
         rig.settings.serverFile = fetch<QString>("mask");
-        rig.settings.forbiddenExtensions = {QStringLiteral("tmp"), QString(), QStringLiteral("log")};
+        rig.settings.forbiddenExtensions = {QString(), QStringLiteral("tmp")};
         const QStringList files{"scontrino.txt", "sco1.txt", "SCO.dat", "record.txt", "other.dat", "scontrino.tmp",
-                                ".scontrino.txt", "Totali.txt", "99KDV00000120261121.FMN"};
-        const QStringList tags{"SCONTRINO", "SCO1", "SCODAT", "RECORD", "OTHER", "TMP", "HIDDEN", "TOTALI", "SNAPSHOT"};
+                                ".scontrino.txt", "Totali.txt", "99KDV00000120261121.FMN", "DREV20261122.log", "KelmDrev.ini",
+                                "KelmDrev.pending", "FileExt.ini", "Totali.txt.aB3x9Z", "old.txt.drev"};
+        QStringList tags{"SCONTRINO", "SCO1", "SCODAT", "RECORD", "OTHER", "TMP", "HIDDEN"};
+        while (tags.size() < files.size())
+            tags.append(QStringLiteral("OWN"));
         for (int n = 0; n < files.size(); ++n)
             rig.drop(files[n], receipt(tags[n]));
+        QVERIFY(QDir(rig.spool.path()).mkdir(QStringLiteral("scodir.txt")));
         rig.server().ScanServerDir();
         rig.server().ScanServerDir();
         QStringList sold = soldTags(rig.journal());
         sold.sort();
         QTEST(sold, "taken");
         for (int n = 0; n < files.size(); ++n)
-            QCOMPARE(QFile::exists(rig.spoolFile(files[n])), !sold.contains(tags[n]));
-        QCOMPARE(QDir(rig.spool.path()).entryList({QStringLiteral("*.drev")}, QDir::AllEntries | QDir::Hidden), QStringList());
+            QVERIFY2(QFile::exists(rig.spoolFile(files[n])) != sold.contains(tags[n]), qPrintable(files[n]));
+        QCOMPARE(QDir(rig.spool.path()).entryList({QStringLiteral("*.drev")}, QDir::AllEntries | QDir::Hidden),
+                 QStringList{"old.txt.drev"});
+        QTEST(rig.log.logName(), "logName");
     }
 
     void nothingWhileTheRegisterIsUnknown()
@@ -475,27 +472,6 @@ private Q_SLOTS:
         QCOMPARE(journal.size(), 3001);
         QCOMPARE(journal[2999], QStringLiteral("3/S/ITEM2999//1/0.01/1/4/"));
         QCOMPARE(journal.last(), kPay);
-    }
-
-    void logFileNameFollowsTheMask_data()
-    {
-        columns<QString, QString, QString>("mask", "fileName", "logName");
-        row("one waiting file", "scontrino.txt", "scontrino.txt", "scontrino.txt 20261121.log");
-        row("*name mask", "*.pos", "a.pos", ".pos 20261121.log");
-        row("global mask", "*", "a.pos", "DREV 20261121.log");
-    }
-    void logFileNameFollowsTheMask()
-    {
-        DriverRig rig;
-        rig.settings.serverFile = fetch<QString>("mask");
-        rig.drop(fetch<QString>("fileName"), QByteArray("Z/\r\n")); // an unknown command is always logged
-        rig.server().ScanServerDir();
-        QFile log(rig.spoolFile(fetch<QString>("logName")));
-        QVERIFY2(log.open(QIODevice::ReadOnly), qPrintable(QDir(rig.spool.path()).entryList().join(u' ')));
-        const QByteArray line = log.readLine();
-        QCOMPARE(line.size(), 225 + 2);
-        QCOMPARE(line.left(22), QByteArray("2026-11-21 10:30:00 - "));
-        QCOMPARE(line.mid(22, 50), QByteArray("Z/").leftJustified(50, ' '));
     }
 };
 

@@ -242,29 +242,6 @@ private Q_SLOTS:
         QVERIFY2(answer.lines.contains("non_inviata linea_persa"), qPrintable(answer.lines.join('|')));
         QCOMPARE(answer.state, answer.lines.contains("incerta") ? "incerto" : "stampato_con_rifiuti");
     }
-    void fatalErrorInAQueueOfTwoFiles()
-    {
-        Bench bench({"--fault", "refuse 3/S/BOOM 52"});
-        QVERIFY(bench.ready);
-        // Both wait before the driver starts: its first tick takes them together.
-        writeFile(QDir(bench.spool).filePath("a.txt"), "3/S/UNO//1/1.00/1/4/\r\n3/S/BOOM//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-        writeFile(QDir(bench.spool).filePath("b.txt"), "3/S/DUE//1/2.00/1/4/\r\n5/1/0.00/////\r\n");
-        QTest::qWait(300);
-        QProcess driver;
-        driver.start(QStringLiteral(KELMDREV_EXE), {"--headless", "--home", bench.dir.path()});
-        QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato_con_rifiuti"), 15000);
-        QTRY_VERIFY_WITH_TIMEOUT(!answerOf(bench.spool, "b.txt").state.isEmpty(), 5000);
-        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
-        QVERIFY(driver.waitForFinished(15000));
-        QCOMPARE(answerOf(bench.spool, "a.txt").lines, (QStringList{"accettata", "rifiutata 52", "non_inviata errore_grave"}));
-        QVERIFY2(bench.log().filter("Stampante scollegata").size() == 1, qPrintable(bench.log().join('\n')));
-        // The folder lists them in no set order: b.txt went first, or was emptied.
-        if (fileLines(bench.journal).contains("3/S/DUE//1/2.00/1/4/"))
-            QCOMPARE(answerOf(bench.spool, "b.txt").state, QStringLiteral("stampato"));
-        else
-            QCOMPARE(answerOf(bench.spool, "b.txt").lines,
-                     (QStringList{"non_inviata errore_grave", "non_inviata errore_grave"}));
-    }
     void spoolAsAShopHasIt()
     {
         Bench bench({"--fault", "refuse 3/S/TROPPO 126"});
@@ -289,9 +266,9 @@ private Q_SLOTS:
 
         // Waiting on the file it cannot claim costs nothing and says so once.
         const double before = cpuSeconds(driver.processId());
-        QTest::qWait(10000);
+        QTest::qWait(3000);
         const double used = cpuSeconds(driver.processId()) - before;
-        QVERIFY2(used < 0.25, qPrintable(QString::number(used)));
+        QVERIFY2(used < 0.1, qPrintable(QString::number(used)));
         QCOMPARE(bench.log().filter("File non acquisito").size(), 1);
         QCOMPARE(bench.log().filter("Raggiunto l'importo massimo per totale scontrino").size(), 1);
         // Its own files are not receipts, though "*" matches them.

@@ -97,8 +97,17 @@ private slots:
                 << u'"' + QString::fromLatin1(key) + "\" - Comando non gestito con scontrino aperto !";
         row("t0", "t0/", true, CommandAction::WriteSnapshot, "", true, "", "");
         row("t0 with more", "t0x/1/", false, CommandAction::WriteSnapshot, "", false, "", "");
-        row("j/ short", "j/A/B/", false, CommandAction::Send, "j/A/////////0/", true, "", "");
-        row("j/ well formed", kCustomer, false, CommandAction::Send, kCustomer, true, "", "");
+        // The customer block always goes out with nine fields and a final 0.
+        const auto customer = [](const char* name, const QString& line, const QString& record) {
+            row(name, line, false, CommandAction::Send, record, true, "", "");
+        };
+        customer("j/ short", "j/A/B/", "j/A/////////0/");
+        customer("j/ well formed", kCustomer, kCustomer);
+        customer("j/ last field replaced by 0", "j/1/2/3/4/5/6/7/8/9/X/", "j/1/2/3/4/5/6/7/8/9/0/");
+        customer("j/ more than nine fields", "j/1/2/3/4/5/6/7/8/9/10/11/", "j/1/2/3/4/5/6/7/8/9/0/");
+        customer("j/ exactly nine fields", "j/1/2/3/4/5/6/7/8/9/", "j/1/2/3/4/5/6/7/8//0/");
+        customer("j/ no fields", "j/", "j//////////0/");
+        customer("j/ one field", "j/A/", "j//////////0/");
         const auto stop = [](const char* name, const char* line, const QString& key, bool open) {
             row(name, QString::fromLatin1(line), open, CommandAction::StopQueue, "", open,
                 "ECR        : Comando " + key + " non gestito.", u'"' + key + "\" - Comando non gestito !");
@@ -120,19 +129,6 @@ private slots:
         QTEST(d.runTimeEntry, "runTime");
         QTEST(d.logMessage, "log");
     }
-
-    void normalizeCustomerRecord_data()
-    {
-        columns<QString, QString>("record", "expected");
-        row("last field dropped, nine in all", "j/A/B/", "j/A/////////0/");
-        row("well formed unchanged", kCustomer, kCustomer);
-        row("last field replaced by 0", "j/1/2/3/4/5/6/7/8/9/X/", "j/1/2/3/4/5/6/7/8/9/0/");
-        row("more than nine fields", "j/1/2/3/4/5/6/7/8/9/10/11/", "j/1/2/3/4/5/6/7/8/9/0/");
-        row("exactly nine fields", "j/1/2/3/4/5/6/7/8/9/", "j/1/2/3/4/5/6/7/8//0/");
-        row("no fields", "j/", "j//////////0/");
-        row("one field", "j/A/", "j//////////0/");
-    }
-    void normalizeCustomerRecord() { QTEST(NormalizeCustomerRecord(fetch<QString>("record")), "expected"); }
 
     void answerStatus_data()
     {
@@ -213,31 +209,6 @@ private slots:
         row("in the last slot", "x.exe", full.mid(1) + QStringList{"exe"}, true);
     }
     void forbidden() { QTEST(hasForbiddenExtension(fetch<QString>("name"), fetch<QStringList>("table")), "expected"); }
-
-    void listDirectory_data()
-    {
-        columns<QString, QStringList, QStringList>("mask", "forbidden", "expected");
-        row("one name", "scontrino.txt", QStringList{}, QStringList{"SCONTRINO.TXT"});
-        row("extension", "*.txt", QStringList{}, QStringList{".sco.txt", "SCONTRINO.TXT", "sco1.txt"});
-        row("hidden named", ".sco.txt", QStringList{}, QStringList{".sco.txt"});
-        row("everything but forbidden", "*", QStringList{"tmp"},
-            QStringList{".sco.txt", "SCONTRINO.TXT", "sco1.txt", "sco2.dat"});
-        row("forbidden though matching", "sco*", QStringList{"dat", "tmp"}, QStringList{"SCONTRINO.TXT", "sco1.txt"});
-        row("missing folder", "*", QStringList{}, QStringList{});
-    }
-    void listDirectory()
-    {
-        QTemporaryDir dir;
-        for (const char* name : {"SCONTRINO.TXT", "sco1.txt", "sco2.dat", "sco3.tmp", ".sco.txt", "DREV20261122.log",
-                                 "Totali.txt", "sco1.txt.drev", "sco4.FMN", "KelmDrev.ini", "KelmDrev.pending",
-                                 "FileExt.ini", "Totali.txt.aB3x9Z"})
-            QVERIFY(QFile(dir.filePath(name)).open(QIODevice::WriteOnly));
-        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("scodir.txt")));
-        const QString folder = QTest::currentDataTag() == QLatin1String("missing folder") ? dir.filePath("no") : dir.path();
-        QStringList names = MatchFileMask(folder, fetch<QString>("mask"), fetch<QStringList>("forbidden"));
-        names.sort();
-        QTEST(names, "expected");
-    }
 
     void logName_data()
     {
