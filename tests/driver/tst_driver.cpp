@@ -188,10 +188,6 @@ private Q_SLOTS:
         row("closure refused inside a receipt, payment sent", QStringList{i, "x/7/0/0/", p}, QStringList{i, p}, none,
             "ECR        : Comando non gestito con scontrino aperto", "\"x/\" - Comando non gestito con scontrino aperto !",
             false, "asa");
-        row("closure after the payment is sent", QStringList{i, p, "x/7/0/0/"}, QStringList{i, p, "x/7/0/0/"}, none, "", "",
-            false, "aaa");
-        row("in-receipt command with no receipt", QStringList{"+/1/"}, none, none, "ECR        : Scontrino non aperto", "",
-            false, "s");
         row("unknown key stops the queue, the rest stays", QStringList{i, "Z/1/", p}, QStringList{i}, QStringList{p},
             "ECR        : Comando Z/ non gestito.", "\"Z/\" - Comando non gestito !", true, "asp");
         row("only two records of the ) family", QStringList{")/7/", ")/5/"}, none, QStringList{")/5/"},

@@ -27,16 +27,14 @@ private Q_SLOTS:
     }
     void listen()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, address);
-        QFETCH(int, port);
+        const QString& address = fetch<QString>("address");
         QString error;
-        const auto listen = parseListenAddress(text, error);
+        const auto listen = parseListenAddress(fetch<QString>("text"), error);
         QCOMPARE(listen.has_value(), !address.isEmpty());
         QCOMPARE(error.isEmpty(), listen.has_value());
         if (listen) {
             QCOMPARE(listen->address, QHostAddress(address));
-            QCOMPARE(int(listen->port), port);
+            QTEST(int(listen->port), "port");
         }
     }
     void access_data()
@@ -57,26 +55,20 @@ private Q_SLOTS:
     }
     void access()
     {
-        QFETCH(QString, bound);
-        QFETCH(bool, command);
-        QFETCH(QString, token);
-        QFETCH(QByteArray, authorization);
-        QFETCH(QByteArray, host);
-        QFETCH(int, status);
-        const ListenAddress listen{QHostAddress(bound), 80};
-        Refusal refusal = checkHost(host, listen);
+        const ListenAddress listen{QHostAddress(fetch<QString>("bound")), 80};
+        Refusal refusal = checkHost(fetch<QByteArray>("host"), listen);
         if (!refusal.refused())
-            refusal = checkToken(listen.address.isLoopback(), command, token, authorization);
-        QCOMPARE(refusal.status, status);
-        QCOMPARE(refusal.message.isEmpty(), status == 0);
+            refusal = checkToken(listen.address.isLoopback(), fetch<bool>("command"), fetch<QString>("token"),
+                                 fetch<QByteArray>("authorization"));
+        QTEST(refusal.status, "status");
+        QCOMPARE(refusal.message.isEmpty(), refusal.status == 0);
     }
     void receiptBody_data(); // outside: moc does not read raw strings
     void receiptBody()
     {
-        QFETCH(QByteArray, body);
-        QFETCH(QString, problem);
+        const QString& problem = fetch<QString>("problem");
         Refusal refusal;
-        const auto post = parseReceiptPost(body, refusal);
+        const auto post = parseReceiptPost(fetch<QByteArray>("body"), refusal);
         QCOMPARE(post.has_value(), problem.isEmpty());
         QVERIFY2(refusal.message.contains(problem), qPrintable(refusal.message));
         if (post)
