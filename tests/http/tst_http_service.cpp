@@ -4,6 +4,7 @@
 #include "http/HttpService.h"
 #include "service/DriverSession.h"
 
+#include "RecordingOperator.h"
 #include "Table.h"
 
 #include <QFile>
@@ -18,14 +19,6 @@
 using namespace kelm;
 
 namespace {
-
-class QuietOperator final : public Operator {
-public:
-    void setPanel(int, const QString&) override {}
-    void showMessage(const QString&, const QString&, Icon) override {}
-    Button ask(const QString&, const QString&, Icon, const QList<Button>&, Button d) override { return d; }
-    void addRunTimeEntry(const QString&) override {}
-};
 
 struct Reply {
     int status = 0;
@@ -92,7 +85,7 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> home_;
-    QuietOperator op_;
+    RecordingOperator op_; // written by the worker only
     std::unique_ptr<service::DriverSession> driver_;
     std::unique_ptr<http::HttpService> http_;
 };
