@@ -471,10 +471,8 @@ private slots:
     {
         columns<QString, bool, QString, QString>("entry", "coherent", "title", "text");
         const QString toEcr = QStringLiteral("Messaggio Da PC a ECR"), fromEcr = QStringLiteral("Messaggio Da ECR a PC");
-        row("sent", kelm::kPcToEcrTag + "x/7/0/0/", true, toEcr, "x/7/0/0/");
         row("as listed", "PC -> ECR : x/7/0/0/", true, toEcr, "x/7/0/0/");
         row("from the ECR", "ECR        : Scontrino non aperto", true, fromEcr, " Scontrino non aperto");
-        row("ECR tag", kelm::kEcrTag + "Carta", true, fromEcr, " Carta");
         row("error entry", "ECR-errore :26-Busy, reinvia il comando Ripeto comando", true, fromEcr,
             "26-Busy, reinvia il comando Ripeto comando");
         row("thirteen characters", "PC -> ECR : U", true, toEcr, "U");
