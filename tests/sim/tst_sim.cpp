@@ -24,7 +24,14 @@ struct Register {
     LineFile roll;
     EcrDevice device {faults, Identity(), journal, roll};
 
-    QByteArray run(const QByteArray& record, qint64 at = 0) { return device.execute(record, at); }
+    QByteArray run(const QByteArray& record, qint64 at = 0)
+    {
+        const QByteArray answer = device.execute(record, at);
+        // Whatever the record: status, state, number, then fields each ending in a slash.
+        static const QRegularExpression shape(QStringLiteral("^[0-9A-F]{2}/[0-9]{2}/[0-9]{2}/([^/]*/)+$"));
+        [&] { QVERIFY2(answer.size() >= 11 && shape.match(QString::fromLatin1(answer)).hasMatch(), answer.constData()); }();
+        return answer;
+    }
     QByteArray status(const QByteArray& record, qint64 at = 0) { return run(record, at).left(2); }
     // Everything from character 10 on: the answer's data fields.
     QByteArray data(const QByteArray& record) { return run(record).mid(9); }
@@ -121,6 +128,9 @@ private slots:
                               "'/1/01234567897/1111111111111111/",
                               "j//INTESTAZIONE CLIENTE/VIA  _______ N.3/00100 CITTANOVA (XX)//////0/", kCash}
             << QByteArrayList{"00", "00", "00", "00", "00", "00"} << false;
+        row("tax code: 1 a VAT number, 2 a fiscal code, nothing else",
+            QByteArrayList{"'/2/01234567897/RSSMRA80A01H501U/", "'/1/01234567897/1111111111111111/", "'/3/01234567897/1111111111111111/"},
+            QByteArrayList{"00", "00", "04"}, false);
         QTest::newRow("an invoice inside a receipt")
             << QByteArrayList{kSale, "3/F/OPENFAT//0/0/0/0/"} << QByteArrayList{"00", "14"} << true;
         row("credit note", QByteArrayList{"-/123-2010/", "3/N/CAMICIA ROSSA/rif.sco.123del010109/1/1/1/4/", kCash},
@@ -349,10 +359,11 @@ private slots:
     void display_data()
     {
         columns<QList<int>, QByteArray, QByteArray>("keys", "line1", "line2");
-        // Key codes: digits 1=22 2=30 5=46 0=69, comma 73, x 34, REP-01 5,
+        // Key codes: digits 0=69 1=22 2=30 3=38 4=37 5=46 6=54 7=61 8=62 9=70, comma 73, x 34, REP-01 5,
         // REP-02 6, subtotal 102, cash 90, clear 118.
         row("nothing sold: zero", QList<int>(), QByteArray("            0.00"), QByteArray(16, ' '));
-        row("an entry being typed", QList<int>{22, 30, 73, 46}, QByteArray("            12.5"), QByteArray(16, ' '));
+        row("an entry being typed: every digit, nine at most", QList<int>{22, 30, 38, 37, 73, 46, 54, 61, 62, 70},
+            QByteArray("       1234.5678"), QByteArray(16, ' '));
         row("an entry in cents on a department", QList<int>{22, 30, 46, 5}, QByteArray("            1.25"),
             QByteArray("REPARTO 1   1.25"));
         row("a quantity times a price", QList<int>{30, 34, 22, 46, 69, 6}, QByteArray("            3.00"),
@@ -375,22 +386,6 @@ private slots:
         QVERIFY(answer.size() >= 43);
         QCOMPARE(answer.mid(9, 16), line1);
         QCOMPARE(answer.mid(26, 16), line2);
-    }
-    void answerShape_data()
-    {
-        columns<QByteArray>("record");
-        for (const char* r : {"a/", "s/", "?/", "t/", "0/", "9/", "X/", "(/", "e/", "d/1/", "p/1/", "y/1/", "B/12/",
-                              "U/", "5/1/0/", "Z/", "", "3/", "x/7/0/0/"})
-            row(*r ? r : "empty record", QByteArray(r));
-    }
-    void answerShape()
-    {
-        QFETCH(QByteArray, record);
-        Register ecr;
-        const QString answer = QString::fromLatin1(ecr.run(record));
-        QVERIFY2(answer.size() >= 11, qPrintable(answer));
-        QVERIFY2(QRegularExpression("^[0-9A-F]{2}/[0-9]{2}/[0-9]{2}/([^/]*/)+$").match(answer).hasMatch(),
-                 qPrintable(answer));
     }
     void journalAndPaperFiles()
     {
@@ -426,6 +421,7 @@ private slots:
                                         QStringLiteral("TOTALE VENDITE              2.20")})
             QVERIFY2(roll.contains(expected), qPrintable(expected + " missing from:\n" + roll));
         QVERIFY(roll.indexOf("SCONTRINO N. 1") < roll.indexOf("CHIUSURA FISCALE"));
+        QVERIFY(!roll.contains("DOCUMENTO NON FISCALE"));
         // What the register keeps in memory is what it wrote.
         QCOMPARE(ecr.paper().join('\n') + '\n', roll.toUtf8());
         QCOMPARE(ecr.tables().footer[0].text, QByteArray("GRAZIE E ARRIVEDERCI"));
@@ -449,6 +445,33 @@ private slots:
         QVERIFY(rolls.startsWith(roll));
         QVERIFY2(rolls.contains("GRAN TOTALE                 2.70"), qPrintable(rolls.mid(roll.size())));
         QVERIFY2(rolls.contains("CHIUSURA FISCALE N. 2"), qPrintable(rolls.mid(roll.size())));
+    }
+    void faultCommands_data()
+    {
+        columns<QString, QString>("command", "error"); // the error up to its first semicolon
+        row("a count", "busy 2", "");
+        row("the count defaults to 1, any case", "NAK", "");
+        row("name=value", "can=3", "");
+        row("a count too large", "garbage 1000001", "usage: garbage [N]");
+        row("two counts", "short 1 2", "usage: short [N]");
+        row("a time at its limit", "silence 86400000", "");
+        row("a time too long", "paper 86400001", "usage: paper MS");
+        row("a time missing", "cover", "usage: cover MS");
+        row("an error at its limits", "fatal 255", "");
+        row("error 0", "fatal 0", "usage: fatal ERR");
+        row("a refusal at its limits", "refuse 3/ 1", "");
+        row("a refusal above 255", "refuse 3/ 256", "usage: refuse PREFIX ERR");
+        row("a refusal without error", "refuse 3/", "usage: refuse PREFIX ERR");
+        row("pacing", "baud 9600", "");
+        row("pacing not a number", "baud fast", "usage: baud N");
+        row("unplug takes nothing", "unplug now", "usage: unplug ");
+        row("nothing", "  ", "empty fault command");
+        row("an unknown fault", "wobble 3", "unknown fault \"wobble\"");
+    }
+    void faultCommands()
+    {
+        Faults faults;
+        QTEST(applyFault(faults, fetch<QString>("command"), 0).section(u';', 0, 0), "error");
     }
     void startErrors()
     {
