@@ -473,18 +473,6 @@ private slots:
         Faults faults;
         QTEST(applyFault(faults, fetch<QString>("command"), 0).section(u';', 0, 0), "error");
     }
-    void startErrors()
-    {
-        VirtualEcrOptions options;
-        options.journalPath = "/nonexistent-dir/journal.txt";
-        options.faults = QStringList{"busy 2", "wobble 3", "paper"};
-        VirtualEcr ecr(options);
-        const QString e = ecr.startError();
-        QVERIFY2(e.contains("/nonexistent-dir/journal.txt"), qPrintable(e));
-        QVERIFY2(e.contains("unknown fault \"wobble\""), qPrintable(e));
-        QVERIFY2(e.contains("usage: paper MS"), qPrintable(e));
-        QVERIFY2(!e.contains("\"busy 2\""), qPrintable(e)); // the good one is taken
-    }
     void conversation_data()
     {
         columns<QStringList, QList<Step>>("faults", "steps");
