@@ -266,6 +266,9 @@ private Q_SLOTS:
         row("no padding", "08", "3/S/A//1/1/1/1/", "8", "Comando '3/S/A//1/1/1/1/' - Errore N. 8");
         row("paper out", "31", "5/1/", "49", "Comando '5/1/' - Errore N. 49");
         row("128", "80", "a/", "128", "Comando 'a/' - Errore N. 128");
+        row("F is 15", "FF", "a/", "255", "Comando 'a/' - Errore N. 255");
+        row("other characters count as 0", "9G", "a/", "144", "Comando 'a/' - Errore N. 144");
+        row("a slash counts as 0", "/5", "a/", "5", "Comando 'a/' - Errore N. 5");
     }
     void commandErrorText()
     {
@@ -273,16 +276,6 @@ private Q_SLOTS:
         QTEST(CommandErrorText(status, fetch<QString>("command")), "text");
         QTEST(status, "number");
     }
-
-    void hexDigitValue_data()
-    {
-        columns<QChar, int>("digit", "value");
-        const QString digits = QStringLiteral("09AFaG/");
-        const int values[] = {0, 9, 10, 15, 0, 0, 0};
-        for (int i = 0; i < digits.size(); ++i)
-            row(qPrintable(digits.mid(i, 1)), digits[i], values[i]);
-    }
-    void hexDigitValue() { QTEST(int(HexDigitValue(fetch<QChar>("digit"))), "value"); }
 
     void encode_data()
     {

@@ -5,9 +5,7 @@
 #include "sim/VirtualEcr.h"
 
 #include "Table.h"
-#include "link/Clock.h"
 #include "link/Framing.h"
-#include "link/VirtualLinePort.h"
 
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -477,31 +475,34 @@ private slots:
     {
         columns<QStringList, QList<Step>>("faults", "steps");
         const QByteArray status = frameOf("?/");
-        const QByteArray ack(1, ACK);
+        const QByteArray ack(1, ACK), enq(1, ENQ), nak(1, NAK), can(1, CAN), stx(1, STX);
         row("ENQ is answered with ACK, CAN with nothing", QStringList(),
-            QList<Step>{{0, QByteArray(3, CAN), ""}, {1, QByteArray(1, ENQ), ack}});
+            QList<Step>{{0, QByteArray(3, CAN), ""}, {1, enq, ack}});
         row("a good frame gets ACK and the answer", QStringList(),
-            QList<Step>{{0, QByteArray(1, ENQ), ack}, {10, status, ack + kStatusAnswer}});
+            QList<Step>{{0, enq, ack}, {10, status, ack + kStatusAnswer}});
         row("a bad checksum gets NAK and no answer", QStringList(),
-            QList<Step>{{0, QByteArray(1, ENQ), ack}, {10, badFrameOf("?/"), QByteArray(1, NAK)}});
+            QList<Step>{{0, enq, ack}, {10, badFrameOf("?/"), nak}});
         row("a frame without handshake is not taken", QStringList(),
-            QList<Step>{{0, status, ""}, {5, QByteArray(1, ENQ), ack}});
+            QList<Step>{{0, status, ""}, {5, enq, ack}});
         row("the PC's NAK brings the same answer again, its ACK ends it", QStringList(),
-            QList<Step>{{0, QByteArray(1, ENQ), ack}, {10, status, ack + kStatusAnswer}, {100, QByteArray(1, NAK), kStatusAnswer}, {200, QByteArray(1, NAK), kStatusAnswer}, {300, QByteArray(1, ACK), ""}, {400, QByteArray(1, NAK), ""}});
+            QList<Step>{{0, enq, ack}, {10, status, ack + kStatusAnswer}, {100, nak, kStatusAnswer}, {200, nak, kStatusAnswer},
+                        {300, ack, ""}, {400, nak, ""}});
         row("can 2: two ENQ refused, the third accepted", QStringList{"can 2"},
-            QList<Step>{{0, QByteArray(1, ENQ), QByteArray(1, CAN)}, {10, QByteArray(1, ENQ), QByteArray(1, CAN)}, {20, QByteArray(1, ENQ), ack}});
+            QList<Step>{{0, enq, can}, {10, enq, can}, {20, enq, ack}});
         row("nak 1: a right frame refused once, then taken", QStringList{"nak 1"},
-            QList<Step>{{0, QByteArray(1, ENQ), ack}, {10, status, QByteArray(1, NAK)}, {20, QByteArray(1, ENQ), ack}, {30, status, ack + kStatusAnswer}});
+            QList<Step>{{0, enq, ack}, {10, status, nak}, {20, enq, ack}, {30, status, ack + kStatusAnswer}});
         row("silence 1000 from the first byte: nothing until it ends", QStringList{"silence 1000"},
-            QList<Step>{{500, QByteArray(1, ENQ), ""}, {1499, QByteArray(1, ENQ), ""}, {1500, QByteArray(1, ENQ), ack}});
+            QList<Step>{{500, enq, ""}, {1499, enq, ""}, {1500, enq, ack}});
         row("garbage: stray bytes before STX, once", QStringList{"garbage"},
-            QList<Step>{{0, QByteArray(1, ENQ), ack}, {10, status, ack + QByteArray("\xFF\x00#~\x7F", 5) + kStatusAnswer}, {100, QByteArray(1, NAK), kStatusAnswer}});
+            QList<Step>{{0, enq, ack}, {10, status, ack + QByteArray("\xFF\x00#~\x7F", 5) + kStatusAnswer},
+                        {100, nak, kStatusAnswer}});
         row("broken: the answer stops half-way, the resend is whole", QStringList{"broken"},
-            QList<Step>{{0, QByteArray(1, ENQ), ack}, {10, status, ack + QByteArray(1, STX) + "00/00"}, {600, QByteArray(1, NAK), kStatusAnswer}});
+            QList<Step>{{0, enq, ack}, {10, status, ack + stx + "00/00"}, {600, nak, kStatusAnswer}});
         row("short 2: two answers under 11 characters, then the whole one", QStringList{"short 2"},
-            QList<Step>{{0, QByteArray(1, ENQ), ack}, {10, status, ack + QByteArray(1, STX) + "00/00" + ETX}, {100, QByteArray(1, NAK), QByteArray(1, STX) + "00/00" + ETX}, {200, QByteArray(1, NAK), kStatusAnswer}});
+            QList<Step>{{0, enq, ack}, {10, status, ack + stx + "00/00" + ETX}, {100, nak, stx + "00/00" + ETX},
+                        {200, nak, kStatusAnswer}});
         row("unplug: nothing is answered any more", QStringList{"unplug"},
-            QList<Step>{{0, QByteArray(1, ENQ), ""}, {10, status, ""}});
+            QList<Step>{{0, enq, ""}, {10, status, ""}});
     }
     void conversation()
     {
@@ -539,43 +540,6 @@ private slots:
         QCOMPARE(values(reply), QByteArray(1, ACK) + kStatusAnswer);
         QCOMPARE(reply.first().atMs, ackAt);
         QCOMPARE(reply.last().atMs, lastByteAt);
-    }
-    void answersOverTheVirtualPort()
-    {
-        // The in-process host: the register at the far end of the foundation's
-        // virtual port, its 9600 baud reply read back in virtual time.
-        VirtualEcrOptions options;
-        options.baud = 9600;
-        VirtualEcr ecr(options);
-        kelm::VirtualClock clock(1000);
-        kelm::VirtualLinePort port(ecr, clock);
-        QVERIFY(port.open("virtual", 9600));
-        for (int i = 0; i < 3; ++i)
-            port.writeByte(CAN);
-        port.purge();
-        port.writeByte(ENQ);
-        port.waitForReadyRead(1000);
-        QCOMPARE(port.readByte(), quint8(ACK));
-        for (char c : frameOf("a/"))
-            port.writeByte(static_cast<quint8>(c));
-        port.waitForReadyRead(2000);
-        QCOMPARE(port.readByte(), quint8(ACK));
-        QByteArray answer;
-        for (;;) {
-            port.waitForReadyRead(500);
-            QVERIFY2(port.bytesWaiting() > 0, "the answer stopped");
-            const quint8 b = port.readByte();
-            if (b == ETX)
-                break;
-            answer.append(char(b));
-        }
-        port.writeByte(ACK);
-        QCOMPARE(answer, QByteArray(1, STX) + "00/00/01/99KDV000001/1/KD/IT/1.00/");
-        // Both ways at 9600 baud: the three CANs and ENQ reach the register at
-        // 1005, its ACK is back at 1006, the six frame bytes written then reach
-        // it at 1013; the 36-byte answer starts 5 ms later and takes 37.5 ms.
-        QCOMPARE(clock.nowMs(), qint64(1013 + 5 + 37));
-        QCOMPARE(ecr.journal(), QList<QByteArray>{"a/"});
     }
 };
 
