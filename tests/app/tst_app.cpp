@@ -208,64 +208,54 @@ void AppTest::commandLine_data()
 void AppTest::iniRead_data()
 {
     columns<QByteArray, QString, QString, int, QString>("content", "section", "key", "buffer", "expected");
-    const QString p = QStringLiteral("P"), k = QStringLiteral("K"), par = QStringLiteral("Parametri");
-    row("plain", kIniBase, par, QStringLiteral("Modello"), 64, QStringLiteral("Kelm Brio"));
-    row("section and key in any case", kIniBase, QStringLiteral("PARAMETRI"), QStringLiteral("modello"), 64,
-        QStringLiteral("Kelm Brio"));
-    row("buffer of 3 gives 2 characters", QByteArray("[P]\r\nPorta=123\r\n"), p, QStringLiteral("Porta"), 3, QStringLiteral("12"));
-    row("buffer of 1 gives nothing", kIniBase, par, QStringLiteral("Porta"), 1, QString());
-    row("missing key gives the default", kIniBase, par, QStringLiteral("Velocita"), 10, QStringLiteral("dflt"));
-    row("missing section gives the default", kIniBase, QStringLiteral("Current"), QStringLiteral("Modello"), 64,
-        QStringLiteral("dflt"));
-    row("default is cut like a value", kIniBase, QStringLiteral("Current"), QStringLiteral("Modello"), 3, QStringLiteral("df"));
-    row("blanks around key and value", QByteArray("[P]\r\n  Key  =   some value \t\r\n"), p, QStringLiteral("Key"), 64,
-        QStringLiteral("some value"));
-    row("one pair of quotes removed", QByteArray("[P]\nK=\"\"quoted\"\"\n"), p, k, 64, QStringLiteral("\"quoted\""));
-    row("a lone quote stays", QByteArray("[P]\nK=\"open\n"), p, k, 64, QStringLiteral("\"open"));
-    row("semicolon and comma are raw", QByteArray("[P]\nK=a;b,c ; d\n"), p, k, 64, QStringLiteral("a;b,c ; d"));
-    row("backslashes are raw", QByteArray("[P]\nServerDir=C:\\Srv\\new\n"), p, QStringLiteral("ServerDir"), 255,
-        QStringLiteral("C:\\Srv\\new"));
-    row("commented key is not a key", QByteArray("[P]\n;K=old\nK=new\n"), p, k, 64, QStringLiteral("new"));
-    row("first of two keys wins", QByteArray("[P]\nK=1\nK=2\n"), p, k, 64, QStringLiteral("1"));
-    row("key of another section is not seen", QByteArray("[A]\nK=1\n[B]\nX=2\n"), QStringLiteral("B"), k, 64,
-        QStringLiteral("dflt"));
-    row("empty value is a value, not the default", QByteArray("[P]\nK=\n"), p, k, 64, QString());
-    row("Windows-1252 value", QByteArray("[P]\nK=Velocit\xE0 \x80\n"), p, k, 64, QStringLiteral("Velocit\u00E0 \u20AC"));
-    row("LF only and no final line end", QByteArray("[P]\nA=1\nK=last"), p, k, 64, QStringLiteral("last"));
-    row("blanks inside the brackets", QByteArray("[ P ]\r\nK=v\r\n"), p, k, 64, QStringLiteral("v"));
-    row("UTF-8 mark before the first section", QByteArray("\xEF\xBB\xBF[P]\r\nK=v\r\n"), p, k, 64, QStringLiteral("v"));
-    row("no file", QByteArray("<missing>"), p, k, 64, QStringLiteral("dflt"));
-    row("half-written file", QByteArray("[P]\r\nK=v\r\n[Q"), p, k, 64, QStringLiteral("v"));
+    row("plain", kIniBase, "Parametri", "Modello", 64, "Kelm Brio");
+    row("section and key in any case", kIniBase, "PARAMETRI", "modello", 64, "Kelm Brio");
+    row("buffer of 3 gives 2 characters", QByteArray("[P]\r\nPorta=123\r\n"), "P", "Porta", 3, "12");
+    row("buffer of 1 gives nothing", kIniBase, "Parametri", "Porta", 1, "");
+    row("missing key gives the default", kIniBase, "Parametri", "Velocita", 10, "dflt");
+    row("missing section gives the default", kIniBase, "Current", "Modello", 64, "dflt");
+    row("default is cut like a value", kIniBase, "Current", "Modello", 3, "df");
+    row("blanks around key and value", QByteArray("[P]\r\n  Key  =   some value \t\r\n"), "P", "Key", 64, "some value");
+    row("one pair of quotes removed", QByteArray("[P]\nK=\"\"quoted\"\"\n"), "P", "K", 64, "\"quoted\"");
+    row("a lone quote stays", QByteArray("[P]\nK=\"open\n"), "P", "K", 64, "\"open");
+    row("semicolon and comma are raw", QByteArray("[P]\nK=a;b,c ; d\n"), "P", "K", 64, "a;b,c ; d");
+    row("backslashes are raw", QByteArray("[P]\nServerDir=C:\\Srv\\new\n"), "P", "ServerDir", 255, "C:\\Srv\\new");
+    row("commented key is not a key", QByteArray("[P]\n;K=old\nK=new\n"), "P", "K", 64, "new");
+    row("first of two keys wins", QByteArray("[P]\nK=1\nK=2\n"), "P", "K", 64, "1");
+    row("key of another section is not seen", QByteArray("[A]\nK=1\n[B]\nX=2\n"), "B", "K", 64, "dflt");
+    row("empty value is a value, not the default", QByteArray("[P]\nK=\n"), "P", "K", 64, "");
+    row("Windows-1252 value", QByteArray("[P]\nK=Velocit\xE0 \x80\n"), "P", "K", 64, QStringLiteral("Velocit\u00E0 \u20AC"));
+    row("LF only and no final line end", QByteArray("[P]\nA=1\nK=last"), "P", "K", 64, "last");
+    row("blanks inside the brackets", QByteArray("[ P ]\r\nK=v\r\n"), "P", "K", 64, "v");
+    row("UTF-8 mark before the first section", QByteArray("\xEF\xBB\xBF[P]\r\nK=v\r\n"), "P", "K", 64, "v");
+    row("no file", QByteArray("<missing>"), "P", "K", 64, "dflt");
+    row("half-written file", QByteArray("[P]\r\nK=v\r\n[Q"), "P", "K", 64, "v");
 }
 
 void AppTest::iniWrite_data()
 {
     columns<QByteArray, QString, QString, QString, QByteArray>("before", "section", "key", "value", "after");
-    const QString p = QStringLiteral("P"), k = QStringLiteral("K");
-    row("replace keeps every other byte", kIniTwoSections, QStringLiteral("parametri"), QStringLiteral("PORTA"),
-        QStringLiteral("12"), QByteArray(kIniTwoSections).replace("Porta=1", "Porta=12"));
-    row("new key goes after the section's last line", kIniTwoSections, QStringLiteral("Parametri"),
-        QStringLiteral("Velocita"), QStringLiteral("9600"),
+    row("replace keeps every other byte", kIniTwoSections, "parametri", "PORTA",
+        "12", QByteArray(kIniTwoSections).replace("Porta=1", "Porta=12"));
+    row("new key goes after the section's last line", kIniTwoSections, "Parametri", "Velocita", "9600",
         QByteArray(kIniTwoSections).replace("Porta=1\r\n", "Porta=1\r\nVelocita=9600\r\n"));
-    row("new section at the end", kIniTwoSections, QStringLiteral("Intestazioni"), QStringLiteral("Head1"),
-        QStringLiteral("x"), kIniTwoSections + "[Intestazioni]\r\nHead1=x\r\n");
-    row("LF file gets LF lines", QByteArray("[P]\nA=1\n"), p, QStringLiteral("B"), QStringLiteral("2"),
-        QByteArray("[P]\nA=1\nB=2\n"));
-    row("last line without an end gets one", QByteArray("[P]\r\nA=1"), p, QStringLiteral("B"), QStringLiteral("2"),
-        QByteArray("[P]\r\nA=1\r\nB=2\r\n"));
-    row("replace the last line without an end keeps it so", QByteArray("[P]\r\nA=1"), p, QStringLiteral("A"),
-        QStringLiteral("3"), QByteArray("[P]\r\nA=3"));
-    row("value is written raw", QByteArray("[P]\r\n"), p, QStringLiteral("D"), QStringLiteral("C:\\a;b,c \"q\""),
+    row("new section at the end", kIniTwoSections, "Intestazioni", "Head1",
+        "x", kIniTwoSections + "[Intestazioni]\r\nHead1=x\r\n");
+    row("LF file gets LF lines", QByteArray("[P]\nA=1\n"), "P", "B", "2", QByteArray("[P]\nA=1\nB=2\n"));
+    row("last line without an end gets one", QByteArray("[P]\r\nA=1"), "P", "B", "2", QByteArray("[P]\r\nA=1\r\nB=2\r\n"));
+    row("replace the last line without an end keeps it so", QByteArray("[P]\r\nA=1"), "P", "A",
+        "3", QByteArray("[P]\r\nA=3"));
+    row("value is written raw", QByteArray("[P]\r\n"), "P", "D", "C:\\a;b,c \"q\"",
         QByteArray("[P]\r\nD=C:\\a;b,c \"q\"\r\n"));
-    row("Windows-1252 and ?", QByteArray("[P]\r\n"), p, k, QStringLiteral("\u20AC\u00E8\u4E00"), QByteArray("[P]\r\nK=\x80\xE8?\r\n"));
-    row("line breaks in a value cannot split the file", QByteArray("[P]\r\n"), p, k, QStringLiteral("a\r\nb"),
+    row("Windows-1252 and ?", QByteArray("[P]\r\n"), "P", "K", QStringLiteral("\u20AC\u00E8\u4E00"), QByteArray("[P]\r\nK=\x80\xE8?\r\n"));
+    row("line breaks in a value cannot split the file", QByteArray("[P]\r\n"), "P", "K", "a\r\nb",
         QByteArray("[P]\r\nK=a  b\r\n"));
-    row("the key keeps its spelling in the file", QByteArray("[P]\r\nServerDir=a\r\n"), QStringLiteral("p"),
-        QStringLiteral("SERVERDIR"), QStringLiteral("b"), QByteArray("[P]\r\nServerDir=b\r\n"));
-    row("empty section gets its first key", QByteArray("[P]\r\n[Q]\r\nX=1\r\n"), p, k, QStringLiteral("v"),
+    row("the key keeps its spelling in the file", QByteArray("[P]\r\nServerDir=a\r\n"), "p",
+        "SERVERDIR", "b", QByteArray("[P]\r\nServerDir=b\r\n"));
+    row("empty section gets its first key", QByteArray("[P]\r\n[Q]\r\nX=1\r\n"), "P", "K", "v",
         QByteArray("[P]\r\nK=v\r\n[Q]\r\nX=1\r\n"));
-    row("no file: created", QByteArray("<missing>"), QStringLiteral("Parametri"), QStringLiteral("Modello"),
-        QStringLiteral("Velt"), QByteArray("[Parametri]\r\nModello=Velt\r\n"));
+    row("no file: created", QByteArray("<missing>"), "Parametri", "Modello",
+        "Velt", QByteArray("[Parametri]\r\nModello=Velt\r\n"));
 }
 
 void AppTest::load_data()
