@@ -247,7 +247,8 @@ void AppTest::iniWrite_data()
         "3", QByteArray("[P]\r\nA=3"));
     row("value is written raw", QByteArray("[P]\r\n"), "P", "D", "C:\\a;b,c \"q\"",
         QByteArray("[P]\r\nD=C:\\a;b,c \"q\"\r\n"));
-    row("Windows-1252 and ?", QByteArray("[P]\r\n"), "P", "K", QStringLiteral("\u20AC\u00E8\u4E00"), QByteArray("[P]\r\nK=\x80\xE8?\r\n"));
+    row("Windows-1252 and ?", QByteArray("[P]\r\n"), "P", "K", QStringLiteral("\u20AC\u00E8\u4E00"),
+        QByteArray("[P]\r\nK=\x80\xE8?\r\n"));
     row("line breaks in a value cannot split the file", QByteArray("[P]\r\n"), "P", "K", "a\r\nb",
         QByteArray("[P]\r\nK=a  b\r\n"));
     row("the key keeps its spelling in the file", QByteArray("[P]\r\nServerDir=a\r\n"), "p",
@@ -302,7 +303,8 @@ void AppTest::textLists_data()
     columns<bool, QByteArray, QStringList>("extensions", "file", "list");
     row("extensions: one per line, slot n is line n", true, QByteArray("[exe]\r\n[bat]\r\n[drev]\r\n"),
         QStringList{"exe", "bat", "drev"});
-    row("extensions: other forms take a slot", true, QByteArray("[exe]\r\nexe\r\n[\r\n[tmp]\n"), QStringList{"exe", "", "", "tmp"});
+    row("extensions: other forms take a slot", true, QByteArray("[exe]\r\nexe\r\n[\r\n[tmp]\n"),
+        QStringList{"exe", "", "", "tmp"});
     row("extensions: text between [ and the first ]", true, QByteArray("[a]b]\r\n"), QStringList{"a"});
     row("extensions: empty brackets", true, QByteArray("[]\r\n"), QStringList{""});
     row("extensions: commas split items", true, QByteArray("[a],[b]\r\n"), QStringList{"a", "b"});

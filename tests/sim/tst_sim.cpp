@@ -89,7 +89,8 @@ const QByteArray kStatusAnswer = QByteArray(1, STX) + "00/00/01/?/" + ETX;
 
 } // namespace
 
-Q_DECLARE_METATYPE(QList<Step>)
+using Steps = QList<Step>;
+Q_DECLARE_METATYPE(Steps)
 
 
 class TestSim : public QObject {
@@ -102,8 +103,7 @@ private slots:
         row("sale and payment", QByteArrayList{kSale, kCash}, QByteArrayList{"00", "00"}, false);
         row("closure refused while a receipt is open", QByteArrayList{kSale, "x/7/0/0/", "x/1/1/1/"},
             QByteArrayList{"00", "14", "14"}, true);
-        row("closure after the payment", QByteArrayList{kSale, kCash, "x/7/0/0/"}, QByteArrayList{"00", "00", "00"},
-            false);
+        row("closure after the payment", QByteArrayList{kSale, kCash, "x/7/0/0/"}, QByteArrayList{"00", "00", "00"}, false);
         row("payment with no receipt open", QByteArrayList{kCash}, QByteArrayList{"6C"}, false);
         QTest::newRow("partial payments close at the total")
             << QByteArrayList{"3/S/A//1/10.00/1/4/", "5/2/4.00/////", "5/1/20.00/////"}
@@ -127,7 +127,8 @@ private slots:
                               "j//INTESTAZIONE CLIENTE/VIA  _______ N.3/00100 CITTANOVA (XX)//////0/", kCash}
             << QByteArrayList{"00", "00", "00", "00", "00", "00"} << false;
         row("tax code: 1 a VAT number, 2 a fiscal code, nothing else",
-            QByteArrayList{"'/2/01234567897/RSSMRA80A01H501U/", "'/1/01234567897/1111111111111111/", "'/3/01234567897/1111111111111111/"},
+            QByteArrayList{"'/2/01234567897/RSSMRA80A01H501U/", "'/1/01234567897/1111111111111111/",
+                           "'/3/01234567897/1111111111111111/"},
             QByteArrayList{"00", "00", "04"}, false);
         QTest::newRow("an invoice inside a receipt")
             << QByteArrayList{kSale, "3/F/OPENFAT//0/0/0/0/"} << QByteArrayList{"00", "14"} << true;
@@ -186,33 +187,16 @@ private slots:
         accepted.append("?/");
         QCOMPARE(ecr.journal.lines(), accepted);
     }
-    void totalsAndClosure()
-    {
-        Register ecr;
-        for (const QByteArray& r : {QByteArray("3/S/A//2/1.50/1/4/"), QByteArray("3/S/B//1/2.00/2/10/"),
-                                    QByteArray("3/R/A//1/0.50/1/4/"), QByteArray("5/1/10.00/////"),
-                                    QByteArray("3/S/C//1/9.99/3/4/"), QByteArray(")/28/"), QByteArray("7/1/0/X/"),
-                                    QByteArray("m//")})
-            QCOMPARE(ecr.status(r), QByteArray("00"));
-        // Read as the totals file reads it: five VAT values, then sales,
-        // receipts, non-fiscal, credit notes, returns, cancelled.
-        QCOMPARE(ecr.data("t/"), QByteArray("2.50/2.00/0.00/0.00/0.00/4.50/1/1/0.00/0.50/9.99/"));
-        QCOMPARE(ecr.data("X/").left(15), QByteArray("2.50/2.00/0.00/"));
-        QCOMPARE(ecr.status("x/7/0/0/"), QByteArray("00"));
-        QCOMPARE(ecr.data("t/"), QByteArray("0.00/0.00/0.00/0.00/0.00/0.00/0/0/0.00/0.00/0.00/"));
-        QCOMPARE(ecr.data("9/"), QByteArray("4.50/1/"));
-        QCOMPARE(ecr.data("0/"), QByteArray("0/1/0/0.00/"));
-    }
     void readBack_data()
     {
         columns<QByteArrayList, QByteArray, QByteArray>("writes", "read", "data");
         row("identity", QByteArrayList(), QByteArray("a/"), QByteArray("99KDV000001/1/KD/IT/1.00/"));
+        const QByteArray vat = "27/27/27/27/27/27/27/27/21/29/29/29/29/29/29/29/29/22/";
         row("S-parameters from the factory", QByteArrayList(), QByteArray("s/"),
-            QByteArray("00001100001000000001000000/999999.99/999999.999/1000000.00/99999999.99/0.00/0.00/0.00/" "1/CASSA -1/27/27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/8/0/76/"));
-        row("S-parameters written keep the last value",
-            QByteArrayList{"S/10001100001000000001000009/999999/999999/1000000/99999999/0/0/0/2/CENTRALE/" "27/27/27/27/27/27/27/27/21/29/29/29/29/29/29/29/29/22/7/1/"},
-            QByteArray("s/"),
-            QByteArray("10001100001000000001000009/999999/999999/1000000/99999999/0/0/0/2/CENTRALE/" "27/27/27/27/27/27/27/27/21/29/29/29/29/29/29/29/29/22/7/1/76/"));
+            "00001100001000000001000000/999999.99/999999.999/1000000.00/99999999.99/0.00/0.00/0.00/1/CASSA -1/"
+            + QByteArray(vat).replace("21", "27").replace("22", "29") + "8/0/76/");
+        const QByteArray written = "10001100001000000001000009/999999/999999/1000000/99999999/0/0/0/2/CENTRALE/" + vat + "7/1/";
+        row("S-parameters written keep the last value", QByteArrayList{"S/" + written}, QByteArray("s/"), written + "76/");
         row("VAT rates", QByteArrayList{"b/4.00/10.00/22.00/0.00/0.00/"}, QByteArray("e/"),
             QByteArray("4.00/10.00/22.00/0.00/0.00/"));
         row("a refused VAT write changes nothing", QByteArrayList{"b/4.00/10.00/100.00/0.00/0.00/"}, QByteArray("e/"),
@@ -239,6 +223,16 @@ private slots:
                               "Y/4/A/B/0000001/0/0//1/0/"}
             << QByteArray("y/4/") << QByteArray("//00000000/0/0/0/0/0/0/0/0/");
         row("parameter 12", QByteArrayList{"G/12/1/1/42/"}, QByteArray("B/12/"), QByteArray("42/"));
+        // Totals as the totals file reads them: five VAT values, then sales,
+        // receipts, non-fiscal, credit notes, returns, cancelled.
+        const QByteArrayList day{"3/S/A//2/1.50/1/4/", "3/S/B//1/2.00/2/10/", "3/R/A//1/0.50/1/4/", "5/1/10.00/////",
+                                 "3/S/C//1/9.99/3/4/", ")/28/", "7/1/0/X/", "m//"};
+        row("totals", day, QByteArray("t/"), QByteArray("2.50/2.00/0.00/0.00/0.00/4.50/1/1/0.00/0.50/9.99/"));
+        row("the X report", day, QByteArray("X/"), "2.50/2.00/" + QByteArray("0.00/").repeated(18));
+        row("totals after the closure", day + QByteArrayList{"x/7/0/0/"}, QByteArray("t/"),
+            QByteArray("0.00/0.00/0.00/0.00/0.00/0.00/0/0/0.00/0.00/0.00/"));
+        row("grand total after the closure", day + QByteArrayList{"x/7/0/0/"}, QByteArray("9/"), QByteArray("4.50/1/"));
+        row("counters after the closure", day + QByteArrayList{"x/7/0/0/"}, QByteArray("0/"), QByteArray("0/1/0/0.00/"));
     }
     void readBack()
     {
@@ -284,7 +278,8 @@ private slots:
             QByteArrayList{"$/1/64/64/1/" + white16 + "/", "$/1/128/64/2/" + black32 + "/"}, QByteArrayList{"00", "00"},
             QList<int>{128, 64, 0, 0}, QList<int>{2});
         row("refused rows are not kept",
-            QByteArrayList{"$/3/64/64/1/" + white16 + "/", "$/1/70/64/1/" + white16 + "/", "$/1/64/64/65/" + white16 + "/", "$/1/64/64/1/" + white16.toLower() + "/", "$/1/64/64/1/" + black32 + "/", "$/1/64/64/1/"},
+            QByteArrayList{"$/3/64/64/1/" + white16 + "/", "$/1/70/64/1/" + white16 + "/", "$/1/64/64/65/" + white16 + "/",
+                           "$/1/64/64/1/" + white16.toLower() + "/", "$/1/64/64/1/" + black32 + "/", "$/1/64/64/1/"},
             QByteArrayList{"24", "23", "23", "23", "23", "01"}, QList<int>{0, 0, 0, 0}, QList<int>{0});
     }
     void logoRows()
@@ -315,7 +310,8 @@ private slots:
             QByteArray statusAndState; // the first five characters
         };
         // appliedAt -1: the faults are given before the register runs
-        columns<qint64, QStringList, QList<qint64>, QByteArrayList, QByteArrayList>("appliedAt", "faults", "times", "records", "answers");
+        columns<qint64, QStringList, QList<qint64>, QByteArrayList, QByteArrayList>("appliedAt", "faults", "times", "records",
+                                                                                   "answers");
         const auto steps = [](const char* name, QStringList faults, QList<Step> list, qint64 appliedAt = -1) {
             QList<qint64> times;
             QByteArrayList records, answers;
@@ -473,41 +469,36 @@ private slots:
     }
     void conversation_data()
     {
-        columns<QStringList, QList<Step>>("faults", "steps");
+        columns<QStringList, Steps>("faults", "steps");
         const QByteArray status = frameOf("?/");
         const QByteArray ack(1, ACK), enq(1, ENQ), nak(1, NAK), can(1, CAN), stx(1, STX);
-        row("ENQ is answered with ACK, CAN with nothing", QStringList(),
-            QList<Step>{{0, QByteArray(3, CAN), ""}, {1, enq, ack}});
-        row("a good frame gets ACK and the answer", QStringList(),
-            QList<Step>{{0, enq, ack}, {10, status, ack + kStatusAnswer}});
-        row("a bad checksum gets NAK and no answer", QStringList(),
-            QList<Step>{{0, enq, ack}, {10, badFrameOf("?/"), nak}});
-        row("a frame without handshake is not taken", QStringList(),
-            QList<Step>{{0, status, ""}, {5, enq, ack}});
+        row("ENQ is answered with ACK, CAN with nothing", QStringList(), Steps{{0, QByteArray(3, CAN), ""}, {1, enq, ack}});
+        row("a good frame gets ACK and the answer", QStringList(), Steps{{0, enq, ack}, {10, status, ack + kStatusAnswer}});
+        row("a bad checksum gets NAK and no answer", QStringList(), Steps{{0, enq, ack}, {10, badFrameOf("?/"), nak}});
+        row("a frame without handshake is not taken", QStringList(), Steps{{0, status, ""}, {5, enq, ack}});
         row("the PC's NAK brings the same answer again, its ACK ends it", QStringList(),
-            QList<Step>{{0, enq, ack}, {10, status, ack + kStatusAnswer}, {100, nak, kStatusAnswer}, {200, nak, kStatusAnswer},
+            Steps{{0, enq, ack}, {10, status, ack + kStatusAnswer}, {100, nak, kStatusAnswer}, {200, nak, kStatusAnswer},
                         {300, ack, ""}, {400, nak, ""}});
         row("can 2: two ENQ refused, the third accepted", QStringList{"can 2"},
-            QList<Step>{{0, enq, can}, {10, enq, can}, {20, enq, ack}});
+            Steps{{0, enq, can}, {10, enq, can}, {20, enq, ack}});
         row("nak 1: a right frame refused once, then taken", QStringList{"nak 1"},
-            QList<Step>{{0, enq, ack}, {10, status, nak}, {20, enq, ack}, {30, status, ack + kStatusAnswer}});
+            Steps{{0, enq, ack}, {10, status, nak}, {20, enq, ack}, {30, status, ack + kStatusAnswer}});
         row("silence 1000 from the first byte: nothing until it ends", QStringList{"silence 1000"},
-            QList<Step>{{500, enq, ""}, {1499, enq, ""}, {1500, enq, ack}});
+            Steps{{500, enq, ""}, {1499, enq, ""}, {1500, enq, ack}});
         row("garbage: stray bytes before STX, once", QStringList{"garbage"},
-            QList<Step>{{0, enq, ack}, {10, status, ack + QByteArray("\xFF\x00#~\x7F", 5) + kStatusAnswer},
+            Steps{{0, enq, ack}, {10, status, ack + QByteArray("\xFF\x00#~\x7F", 5) + kStatusAnswer},
                         {100, nak, kStatusAnswer}});
         row("broken: the answer stops half-way, the resend is whole", QStringList{"broken"},
-            QList<Step>{{0, enq, ack}, {10, status, ack + stx + "00/00"}, {600, nak, kStatusAnswer}});
+            Steps{{0, enq, ack}, {10, status, ack + stx + "00/00"}, {600, nak, kStatusAnswer}});
         row("short 2: two answers under 11 characters, then the whole one", QStringList{"short 2"},
-            QList<Step>{{0, enq, ack}, {10, status, ack + stx + "00/00" + ETX}, {100, nak, stx + "00/00" + ETX},
+            Steps{{0, enq, ack}, {10, status, ack + stx + "00/00" + ETX}, {100, nak, stx + "00/00" + ETX},
                         {200, nak, kStatusAnswer}});
-        row("unplug: nothing is answered any more", QStringList{"unplug"},
-            QList<Step>{{0, enq, ""}, {10, status, ""}});
+        row("unplug: nothing is answered any more", QStringList{"unplug"}, Steps{{0, enq, ""}, {10, status, ""}});
     }
     void conversation()
     {
         QFETCH(QStringList, faults);
-        QFETCH(QList<Step>, steps);
+        QFETCH(Steps, steps);
         VirtualEcrOptions options;
         options.faults = faults;
         VirtualEcr ecr(options);
