@@ -97,12 +97,9 @@ private Q_SLOTS:
         ConfigPC c;
         RecordingStatus status;
         QVERIFY(LoadConfiguration(IniFile(ini), dir.path(), c, status));
-        const QMap<QString, QString> fields = {
-            {"port", c.port}, {"speed", QString::number(c.speed)}, {"serverState", c.serverState},
-            {"serverMode", c.serverMode}, {"serverFile", c.serverFile}, {"serverDir", c.serverDir},
-            {"wrapDescription", c.wrapDescription}, {"alIvaAuto", c.alIvaAuto}, {"device", c.device},
-            {"model", c.model}, {"serverLog", c.serverLog}};
-        QCOMPARE(fields.value(fetch<QString>("field")), QString(fetch<QString>("expected")).replace("<folder>", dir.path()));
+        const QStringList read{c.port, QString::number(c.speed), c.serverState, c.serverMode, c.serverFile, c.serverDir,
+                               c.wrapDescription, c.alIvaAuto, c.device, c.model, c.serverLog};
+        QCOMPARE(read.join(u'|'), QString(fetch<QString>("expected")).replace("<folder>", dir.path()));
         QCOMPARE(status.panels.value(2), c.speed < 1 ? QStringLiteral("Velocità Comunicazione non impostata") : QString());
     }
     void missingModelStopsEverything()
@@ -261,29 +258,18 @@ void AppTest::iniWrite_data()
 
 void AppTest::load_data()
 {
-    columns<QByteArray, QString, QString>("parametri", "field", "expected"); // lines of section Parametri
-    row("port number", kModel + "Porta=3\r\n", "port", "Com3");
-    row("empty port gives Com", kModel, "port", "Com");
-    row("port read with 3 characters", kModel + "Porta=123\r\n", "port", "Com12");
-    row("speed", kModel + "Velocita=115200\r\n", "speed", "115200");
-    row("speed not a number", kModel + "Velocita=fast\r\n", "speed", "0");
-    row("server on, any case", kModel + "ServerStato=on\r\n", "serverState", "On");
-    row("server yes is off", kModel + "ServerStato=yes\r\n", "serverState", "Off");
-    row("server state missing", kModel, "serverState", "Off");
-    row("mode any case", kModel + "ServerModalita=iconized\r\n", "serverMode", "Iconized");
-    row("mode VirtualECR", kModel + "ServerModalita=VIRTUALECR\r\n", "serverMode", "VirtualECR");
-    row("unknown mode is Normal", kModel + "ServerModalita=Hidden\r\n", "serverMode", "Normal");
-    row("server file missing", kModel, "serverFile", "scontrino.tx");
-    row("server file empty", kModel + "ServerFile=\r\n", "serverFile", "scontrino.tx");
-    row("server file mask", kModel + "ServerFile=*.txt\r\n", "serverFile", "*.txt");
-    row("server dir missing is the program folder", kModel, "serverDir", "<folder>");
-    row("server dir empty is the program folder", kModel + "ServerDir=  \r\n", "serverDir", "<folder>");
-    row("server dir", kModel + "ServerDir=/var/spool/kelm\r\n", "serverDir", "/var/spool/kelm");
-    row("wrap on", kModel + "WrapDescription=ON\r\n", "wrapDescription", "On");
-    row("vat off", kModel + "AlIvaAuto=0\r\n", "alIvaAuto", "Off");
-    row("log switch read with 10 characters", kModel + "ServerLog=Off-and-more\r\n", "serverLog", "Off-and-m");
-    row("device path", kModel + "Dispositivo=/dev/ttyUSB0\r\n", "device", "/dev/ttyUSB0");
-    row("model as read", QByteArray("Modello=  Velt \r\n"), "model", "Velt");
+    // Lines of section Parametri; what is read: port, speed, server state, mode, file and folder,
+    // wrap, VAT, device, model and log switch.
+    columns<QByteArray, QString>("parametri", "expected");
+    row("only the model: the defaults", kModel, "Com|0|Off|Normal|scontrino.tx|<folder>|Off|Off||Kelm Brio|");
+    row("every key, in any case",
+        kModel + "Porta=3\r\nVelocita=115200\r\nServerStato=on\r\nServerModalita=iconized\r\nServerFile=*.txt\r\n"
+                 "ServerDir=/var/spool/kelm\r\nWrapDescription=ON\r\nAlIvaAuto=0\r\nDispositivo=/dev/ttyUSB0\r\n",
+        "Com3|115200|On|Iconized|*.txt|/var/spool/kelm|On|Off|/dev/ttyUSB0|Kelm Brio|");
+    row("odd values", QByteArray("Modello=  Velt \r\nPorta=123\r\nVelocita=fast\r\nServerStato=yes\r\nServerModalita=VIRTUALECR\r\n"
+                                 "ServerFile=\r\nServerDir=  \r\nServerLog=Off-and-more\r\n"),
+        "Com12|0|Off|VirtualECR|scontrino.tx|<folder>|Off|Off||Velt|Off-and-m");
+    row("an unknown mode", kModel + "ServerModalita=Hidden\r\n", "Com|0|Off|Normal|scontrino.tx|<folder>|Off|Off||Kelm Brio|");
 }
 
 void AppTest::save_data()
