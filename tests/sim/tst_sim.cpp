@@ -61,8 +61,8 @@ QList<TimedByte> feed(VirtualEcr& ecr, const QByteArray& bytes, qint64 t, QByteA
     return reply;
 }
 
-// One step of a conversation: at time `at` the PC writes `sent` and the
-// register must answer exactly `expected`.
+// One step: at time `at` the PC sends `sent` (bytes on the line, or a record)
+// and the register must answer `expected`.
 struct Step {
     qint64 at;
     QByteArray sent;
@@ -280,51 +280,31 @@ private slots:
     }
     void faultsOverTime_data()
     {
-        struct Step {
-            qint64 at;
-            QByteArray record;
-            QByteArray statusAndState; // the first five characters
-        };
-        // appliedAt -1: the faults are given before the register runs
-        columns<qint64, QStringList, QList<qint64>, QByteArrayList, QByteArrayList>("appliedAt", "faults", "times", "records",
-                                                                                   "answers");
-        const auto steps = [](const char* name, QStringList faults, QList<Step> list, qint64 appliedAt = -1) {
-            QList<qint64> times;
-            QByteArrayList records, answers;
-            for (const Step& s : list) {
-                times << s.at;
-                records << s.record;
-                answers << s.statusAndState;
-            }
-            ::row(name, appliedAt, faults, times, records, answers);
-        };
-        steps("busy 2: any two records, then carried out", {"busy 2"},
-            {{0, "?/", "1A/00"}, {0, kSale, "1A/00"}, {0, kSale, "00/01"}});
-        steps("fatal 52: the next record only", {"fatal 52"}, {{0, "a/", "34/00"}, {0, "a/", "00/00"}});
-        steps("refuse 3/ 8: every sale, nothing else", {"refuse 3/ 8"},
-            {{0, kSale, "08/00"}, {0, "a/", "00/00"}, {0, kSale, "08/00"}});
-        steps("paper out for 3 s from the first record", {"paper 3000"},
-            {{1000, kSale, "31/04"}, {1000, "?/", "31/04"}, {1000, "e/", "00/04"}, {3999, kSale, "31/04"},
-             {4000, "?/", "00/00"}, {4000, kSale, "00/01"}});
-        steps("cover open for 2 s", {"cover 2000"},
-            {{0, "x/1/1/1/", "32/02"}, {0, "?/", "32/02"}, {2000, "x/1/1/1/", "00/00"}});
-        steps("clear ends every fault", {"busy 5", "paper 5000", "clear"}, {{0, kSale, "00/01"}});
-        steps("paper out while running starts at once", {"paper 1000"},
-            {{5999, kSale, "31/04"}, {6000, kSale, "00/01"}}, 5000);
+        // appliedAt -1: the faults are given before the register runs; each step
+        // is a record at its time and the first five characters of the answer.
+        columns<qint64, QStringList, Steps>("appliedAt", "faults", "steps");
+        row("busy 2: any two records, then carried out", qint64(-1), QStringList{"busy 2"},
+            Steps{{0, "?/", "1A/00"}, {0, kSale, "1A/00"}, {0, kSale, "00/01"}});
+        row("fatal 52: the next record only", qint64(-1), QStringList{"fatal 52"}, Steps{{0, "a/", "34/00"}, {0, "a/", "00/00"}});
+        row("refuse 3/ 8: every sale, nothing else", qint64(-1), QStringList{"refuse 3/ 8"},
+            Steps{{0, kSale, "08/00"}, {0, "a/", "00/00"}, {0, kSale, "08/00"}});
+        row("paper out for 3 s from the first record", qint64(-1), QStringList{"paper 3000"},
+            Steps{{1000, kSale, "31/04"}, {1000, "?/", "31/04"}, {1000, "e/", "00/04"}, {3999, kSale, "31/04"},
+                  {4000, "?/", "00/00"}, {4000, kSale, "00/01"}});
+        row("cover open for 2 s", qint64(-1), QStringList{"cover 2000"},
+            Steps{{0, "x/1/1/1/", "32/02"}, {0, "?/", "32/02"}, {2000, "x/1/1/1/", "00/00"}});
+        row("clear ends every fault", qint64(-1), QStringList{"busy 5", "paper 5000", "clear"}, Steps{{0, kSale, "00/01"}});
+        row("paper out while running starts at once", qint64(5000), QStringList{"paper 1000"},
+            Steps{{5999, kSale, "31/04"}, {6000, kSale, "00/01"}});
     }
     void faultsOverTime()
     {
-        QFETCH(qint64, appliedAt);
-        QFETCH(QStringList, faults);
-        QFETCH(QList<qint64>, times);
-        QFETCH(QByteArrayList, records);
-        QFETCH(QByteArrayList, answers);
+        const qint64 appliedAt = fetch<qint64>("appliedAt");
         Register ecr;
-        const auto when = appliedAt < 0 ? std::nullopt : std::optional<qint64>(appliedAt);
-        for (const QString& f : faults)
-            QCOMPARE(applyFault(ecr.faults, f, when), QString());
-        for (qsizetype i = 0; i < records.size(); ++i)
-            QCOMPARE(ecr.run(records[i], times[i]).left(5), answers[i]);
+        for (const QString& f : fetch<QStringList>("faults"))
+            QCOMPARE(applyFault(ecr.faults, f, appliedAt < 0 ? std::nullopt : std::optional<qint64>(appliedAt)), QString());
+        for (const Step& s : fetch<Steps>("steps"))
+            QCOMPARE(ecr.run(s.sent, s.at).left(5), s.expected);
     }
     void display_data()
     {
