@@ -265,41 +265,35 @@ private slots:
     }
     void logoRows_data()
     {
-        // width and height of logo 1, then logo 2
-        // rows kept of logo 1, then a 0, then of logo 2
-        columns<QByteArrayList, QByteArrayList, QList<int>, QList<int>>("records", "statuses", "sizes", "rowNumbers");
+        // Each logo as width x height, then the numbers of the rows kept.
+        columns<QByteArrayList, QByteArray, QString>("records", "statuses", "logos");
         const QByteArray white16(16, 'F');
         const QByteArray black32(32, '0');
         row("rows kept per logo",
             QByteArrayList{"$/1/64/64/1/" + white16 + "/", "$/2/128/256/256/" + black32 + "/", "$/1/64/64/64/" + white16 + "/"},
-            QByteArrayList{"00", "00", "00"}, QList<int>{64, 64, 128, 256}, QList<int>{1, 64, 0, 256});
+            QByteArray("00 00 00"), "64x64 1 64 | 128x256 256");
         row("a new size starts the logo again",
-            QByteArrayList{"$/1/64/64/1/" + white16 + "/", "$/1/128/64/2/" + black32 + "/"}, QByteArrayList{"00", "00"},
-            QList<int>{128, 64, 0, 0}, QList<int>{2});
+            QByteArrayList{"$/1/64/64/1/" + white16 + "/", "$/1/128/64/2/" + black32 + "/"}, QByteArray("00 00"), "128x64 2 | 0x0");
         row("refused rows are not kept",
             QByteArrayList{"$/3/64/64/1/" + white16 + "/", "$/1/70/64/1/" + white16 + "/", "$/1/64/64/65/" + white16 + "/",
                            "$/1/64/64/1/" + white16.toLower() + "/", "$/1/64/64/1/" + black32 + "/", "$/1/64/64/1/"},
-            QByteArrayList{"24", "23", "23", "23", "23", "01"}, QList<int>{0, 0, 0, 0}, QList<int>{0});
+            QByteArray("24 23 23 23 23 01"), "0x0 | 0x0");
     }
     void logoRows()
     {
-        QFETCH(QByteArrayList, records);
-        QFETCH(QByteArrayList, statuses);
-        QFETCH(QList<int>, sizes);
-        QFETCH(QList<int>, rowNumbers);
         Register ecr;
         QByteArrayList got;
-        for (const QByteArray& r : records)
+        for (const QByteArray& r : fetch<QByteArrayList>("records"))
             got.append(ecr.status(r));
-        QCOMPARE(got, statuses);
-        const auto& logos = ecr.device.tables().logos;
-        QCOMPARE((QList<int>{logos[0].width, logos[0].height, logos[1].width, logos[1].height}), sizes);
-        QList<int> kept = logos[0].rows.keys();
-        if (!logos[1].rows.isEmpty())
-            kept << 0 << logos[1].rows.keys();
-        if (kept.isEmpty())
-            kept << 0;
-        QCOMPARE(kept, rowNumbers);
+        QCOMPARE(got.join(' '), fetch<QByteArray>("statuses"));
+        QStringList logos;
+        for (const auto& logo : ecr.device.tables().logos) {
+            QString text = QStringLiteral("%1x%2").arg(logo.width).arg(logo.height);
+            for (int n : logo.rows.keys())
+                text += u' ' + QString::number(n);
+            logos << text;
+        }
+        QTEST(logos.join(QStringLiteral(" | ")), "logos");
     }
     void faultsOverTime_data()
     {
