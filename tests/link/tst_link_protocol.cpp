@@ -49,11 +49,8 @@ class LinkTest : public QObject {
 private Q_SLOTS:
     void checksum_data()
     {
-        columns<QByteArray, QByteArray>("record", "digits");
-        row("identity", QByteArray("a/"), QByteArray("44"));
+        columns<QByteArray, QByteArray>("record", "digits"); // "a/" gives 44: the transaction rows' wire
         row("daily closure, sum wraps past 256", QByteArray("x/7/0/0/"), QByteArray("03"));
-        row("journal", QByteArray(")/120/"), QByteArray("26"));
-        row("payment", QByteArray("5/1/0.00/////"), QByteArray("09"));
         row("empty record", QByteArray(), QByteArray("00"));
         row("byte above 127 counts unsigned", QByteArray("\xE8"), QByteArray("32"));
     }
