@@ -122,6 +122,89 @@ QString sParametersRead(In in)
     return flags.join(u' ') + u'|' + p.maximums[0] + u'|' + p.registerName + u'|' + p.payRateCode;
 }
 
+// "Header" and so on, in the order of DownloadTable.
+const QStringList kTables{"Header", "Footer", "Logo", "Departments", "Plu", "PaymentTypes", "ScrollMessage", "SParameters",
+                          "VatRates", "Nothing", "Unknown"};
+
+QString branchOf(In in)
+{
+    const DownloadBranch b = downloadBranch(qint16(in[0].toInt()));
+    return kTables[int(b.table)] + (b.recordByRecord ? " by record" : "") + (b.confirmation ? " asks" : "") + ", "
+        + shown(downloadSuccess(b)) + ", " + shown(unknownDownloadIndex());
+}
+
+// The scan against a register that holds the PLU numbers given after the grid's rows.
+QString surplusOf(In in)
+{
+    SurplusPluScan scan(in[0].toInt());
+    int lastProbed = 0;
+    QStringList deleted;
+    while (!scan.finished()) {
+        lastProbed = scan.number();
+        if (scan.probed(in.mid(1).contains(QString::number(lastProbed)) ? " 800123 " : "  "))
+            deleted << QString::number(lastProbed);
+    }
+    return QString::number(lastProbed) + ": " + deleted.join(u' ');
+}
+
+QString pluFileOf(In in)
+{
+    const PluFileLoad load = loadPluFile(in[0].toLatin1());
+    QStringList odd;
+    for (int line : load.oddLines)
+        odd << QString::number(line);
+    const QString first = load.rows.isEmpty() ? QString() : joined(load.rows[0]).section(u'/', 0, 0) + u' ' + joined(load.rows[0]).section(u'/', 7);
+    return QStringLiteral("%1 rows, odd %2, first %3").arg(load.rows.size()).arg(odd.join(u' '), first);
+}
+
+QImage filled(QSize size, QColor colour)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    return image;
+}
+
+// A pixel as "white", "black", or "kept" when it still has the colour it had.
+QString pixel(const QImage& image, int x, int y, QColor kept)
+{
+    const QColor c = image.pixelColor(x, y);
+    return c == Qt::white ? "white" : c == Qt::black ? "black" : c == kept ? "kept" : c.name();
+}
+
+// Only the first 256 pixels of each side are turned.
+QString thresholdOf(In in)
+{
+    const QColor colour(in[0].toInt(), in[1].toInt(), in[2].toInt());
+    const QImage tall = thresholdToBlackAndWhite(filled({70, 300}, colour));
+    const QImage square = thresholdToBlackAndWhite(filled({300, 300}, colour));
+    return QStringList{QString::number(tall.height()), pixel(tall, 0, 0, colour), pixel(tall, 69, 255, colour),
+                       pixel(square, 255, 255, colour), pixel(square, 256, 0, colour), pixel(square, 0, 256, colour)}
+        .join(u' ');
+}
+
+// Out: loaded size, fitted size, standard, the top left corner (light) and the bottom right (dark).
+QString fitOf(In in)
+{
+    const QSize loaded(in[0].toInt(), in[1].toInt());
+    QImage picture = filled(loaded, QColor(40, 40, 40));
+    for (int x = 0; x < loaded.width() / 2; ++x)
+        picture.setPixelColor(x, 0, QColor(230, 230, 230));
+    const FittedLogo logo = fitLoadedLogo(picture);
+    const QImage& f = logo.image;
+    return QStringLiteral("%1x%2 %3x%4 %5 %6 %7")
+        .arg(logo.loadedSize.width()).arg(logo.loadedSize.height()).arg(f.width()).arg(f.height())
+        .arg(logo.standardSize ? "standard" : "fitted", pixel(f, 0, 0, {}),
+             f.pixelColor(f.width() - 1, f.height() - 1) == Qt::white ? "white" : "dark");
+}
+
+QString resizeOf(In in)
+{
+    const QColor grey(200, 200, 200);
+    const ResizedLogo r = resizeByHand(filled({64, 64}, grey), in[0], in[1]);
+    return r.error.isEmpty() ? QStringLiteral("%1x%2 %3").arg(r.image.width()).arg(r.image.height()).arg(pixel(r.image, 0, 0, grey))
+                             : QStringLiteral("%1x%2 %3").arg(r.image.width()).arg(r.image.height()).arg(r.error);
+}
+
 // Each rule from texts to a text, by name (see the rows for the inputs).
 const QHash<QString, std::function<QString(In)>> kRules{
     {"fieldText", [](In in) { return fieldText(in[0], in[1].toInt()); }},
@@ -162,6 +245,19 @@ const QHash<QString, std::function<QString(In)>> kRules{
          return QStringList{p.description, p.shortDescription, digitsOf(p.flags), p.exchangeRate, p.change, p.markUp}.join(u'|');
      }},
     {"failure", [](In in) { return shown(downloadFailure(downloadBranch(qint16(in[0].toInt())), in[1], in[2])); }},
+    {"branch", branchOf},
+    {"surplus", surplusOf},
+    {"pluFile", pluFileOf},
+    {"pluBytes",
+     [](In in) {
+         QList<PluRow> rows;
+         for (const QString& line : in)
+             rows << pluRow(line.split(u'/').replaceInStrings("|", "/"));
+         return QString::fromLatin1(pluFileBytes(rows));
+     }},
+    {"threshold", thresholdOf},
+    {"fit", fitOf},
+    {"resize", resizeOf},
     {"question",
      [](In in) {
          return shown(in[0] == "plu" ? emptyPluGridQuestion()
@@ -173,13 +269,6 @@ const QHash<QString, std::function<QString(In)>> kRules{
 const QByteArray kExampleLine = "8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/12/6/";
 const QString kResetRecord = "S/00001100001000000001000000/999999/999999/1000000/99999999/0/0/0/1/CASSA -1/"
                              "27/27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/8/0/";
-
-QImage filled(QSize size, QColor colour)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(colour);
-    return image;
-}
 
 QImage black(int width, int height)
 {
@@ -237,25 +326,12 @@ private Q_SLOTS:
     void texts();
     void headerAndFooterRecords();
     void receiptLinesInTheSettingsFile();
-    void surplusScan_data();
-    void surplusScan();
-    void pluFileSaved();
-    void pluFileLoaded_data();
-    void pluFileLoaded();
     void scrollMessagesInTheSettingsFile();
-    void branches_data();
-    void branches();
     void downloadOnTheRegister_data();
     void downloadOnTheRegister();
     void pluRowsComeAsTheyAreRead();
     void readBmp_data();
     void readBmp();
-    void threshold_data();
-    void threshold();
-    void fit_data();
-    void fit();
-    void resize_data();
-    void resize();
     void logoRows_data();
     void logoRows();
 };
@@ -388,6 +464,67 @@ void ProgrammingTest::texts_data()
         "Attenzione: Errore in scarico PLU 8001234567890\r\nErrore : 0C\r\nPagamento inesistente icon 4");
     row("no answer from the link", "failure", QStringList{"9", "", ""}, "Attenzione: Errore in scarico parametri S\r\nErrore : \r\n icon 4");
     row("unknown code", "failure", QStringList{"3", "FFx", ""}, "Attenzione: Errore in scarico Reparti\r\nErrore : FF\r\n icon 4");
+    // Branches: table, by record, asks; the success notice (icon 1 Information); an unknown index.
+    const QString unknown = ", Attenzione: Errore 90 : Avvisare produttore icon 4";
+    row("0", "branch", QStringList{"0"}, "Header asks, Kelm Drev: Intestazione Scaricata icon 1" + unknown);
+    row("1", "branch", QStringList{"1"}, "Footer, Kelm Drev: Piede di scontrino scaricato icon 1" + unknown);
+    row("2", "branch", QStringList{"2"}, "Logo, Kelm Drev: Logo Scaricato, ricordarsi di attivarlo icon 1" + unknown);
+    row("3", "branch", QStringList{"3"}, "Departments by record, Kelm Drev: Reparti scaricati icon 1" + unknown);
+    row("4", "branch", QStringList{"4"}, "Plu by record, Kelm Drev: PLU scaricate icon 1" + unknown);
+    row("5", "branch", QStringList{"5"}, "Nothing, Kelm Drev:  icon 1" + unknown);
+    row("6", "branch", QStringList{"6"}, "PaymentTypes by record, Kelm Drev: Tabella pagamenti scaricate icon 1" + unknown);
+    row("7", "branch", QStringList{"7"}, "ScrollMessage, Kelm Drev: Messaggio Scorrevole scaricato\rRicordarsi di attivarlo icon 1" + unknown);
+    row("8", "branch", QStringList{"8"}, "Nothing, Kelm Drev:  icon 1" + unknown);
+    row("9", "branch", QStringList{"9"}, "SParameters, Kelm Drev: Parametri S scaricati icon 1" + unknown);
+    row("10", "branch", QStringList{"10"}, "VatRates asks, Kelm Drev: Aliquote IVA scaricate icon 1" + unknown);
+    row("11", "branch", QStringList{"11"}, "Unknown, Kelm Drev:  icon 1" + unknown);
+    row("-1", "branch", QStringList{"-1"}, "Unknown, Kelm Drev:  icon 1" + unknown);
+    // Surplus PLU scan: grid rows, then the numbers the register holds; out: the last probed and those deleted.
+    row("3 rows, register holds 1..12", "surplus", QStringList{"3", "1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11", "12"},
+        "22: 4 5 6 7 8 9 10 11 12");
+    row("gap of 10 keeps what lies beyond", "surplus", QStringList{"2", "3", "14"}, "13: 3");
+    row("gap of 9 is crossed", "surplus", QStringList{"2", "3", "13"}, "23: 3 13");
+    row("nothing beyond the grid", "surplus", QStringList{"5"}, "15: ");
+    row("stops before 9000", "surplus", QStringList{"8995", "8996", "8997", "8998", "8999", "9000"}, "8999: 8996 8997 8998 8999");
+    row("grid already full", "surplus", QStringList{"8999", "9000"}, "0: ");
+    // PLU file: rows, odd lines, the first row's code and its fields from the flags on.
+    const QString line = QString::fromLatin1(kExampleLine), example = "1 rows, odd , first 8001234567890 00000000//";
+    row("saved line", "pluFile", QStringList{line + "\r\n"}, example);
+    row("eight fields, no final slash, LF", "pluFile", QStringList{"A/ACQUA 1L/1/0/0.5/0/100/00000001\nB/PANE/2/0/1/0/5/00000000\n"},
+        "2 rows, odd , first A 00000001//");
+    row("15 characters are skipped", "pluFile", QStringList{"123456789012345\r\n" + line}, example);
+    row("16 characters are a row of one field", "pluFile", QStringList{"1234567890123456\r\n"}, "1 rows, odd 1, first 1234567890123456 //");
+    row("seven fields on line 2 are loaded too", "pluFile", QStringList{"A/ACQUA 1L/1/0/0.5/0/100/\r\n" + line},
+        "2 rows, odd 1, first A //");
+    row("eleven fields: the first eight", "pluFile", QStringList{line + "X/\r\n"}, "1 rows, odd 1, first 8001234567890 00000000//");
+    row("blank lines are skipped", "pluFile", QStringList{"\r\n\r\n" + line + "\r\n\r\n"}, example);
+    row("Windows-1252", "pluFile", QStringList{QString::fromLatin1("CAFF\xC8/TAZZA/1/0/1/0/5/00000000/")},
+        "1 rows, odd , first CAFFÈ 00000000//");
+    row("empty file", "pluFile", QStringList{""}, "0 rows, odd , first ");
+    row("no more than the most lines", "pluFile", QStringList{(line + "\r\n").repeated(kPluFileMaxLines) + "ONE MORE LINE\r\n"},
+        QString::number(kPluFileMaxLines) + " rows, odd , first 8001234567890 00000000//");
+    row("file saved", "pluBytes", QStringList{line, "CAFFÈ/1|2 TAZZA"}, line + "\r\nCAFF\u00C8/1\\2 TAZZA/////////\r\n");
+    row("nothing saved", "pluBytes", QStringList(), "");
+    // Threshold: the colour; out: the height kept, two pixels of a tall picture, three of a square one.
+    row("all limits met", "threshold", QStringList{"151", "101", "161"}, "300 white white white kept kept");
+    row("red short", "threshold", QStringList{"150", "255", "255"}, "300 black black black kept kept");
+    row("green short", "threshold", QStringList{"255", "100", "255"}, "300 black black black kept kept");
+    row("blue short", "threshold", QStringList{"255", "255", "160"}, "300 black black black kept kept");
+    row("red and blue limits swapped", "threshold", QStringList{"161", "101", "151"}, "300 black black black kept kept");
+    row("70x200", "fit", QStringList{"70", "200"}, "70x200 128x256 fitted white dark");
+    row("300x10", "fit", QStringList{"300", "10"}, "300x10 256x64 fitted white dark");
+    row("64x64 kept", "fit", QStringList{"64", "64"}, "64x64 64x64 standard white dark");
+    row("one past 64", "fit", QStringList{"65", "65"}, "65x65 128x128 fitted white dark");
+    row("one past 128", "fit", QStringList{"129", "129"}, "129x129 256x256 fitted white dark");
+    row("two pixels", "fit", QStringList{"2", "2"}, "2x2 64x64 fitted white dark");
+    row("one side standard", "fit", QStringList{"128", "100"}, "128x100 128x128 fitted white dark");
+    const QString wrong = "0x0 Valore di Larghezza o altezza errato";
+    row("list values", "resize", QStringList{"128", "256"}, "128x256 kept");
+    row("leading number", "resize", QStringList{" 64 px", "64"}, "64x64 kept");
+    row("zero width", "resize", QStringList{"0", "64"}, wrong);
+    row("empty height", "resize", QStringList{"64", ""}, wrong);
+    row("not a number", "resize", QStringList{"largo", "64"}, wrong);
+    row("not a logo side", "resize", QStringList{"100", "64"}, wrong);
     row("header question", "question", QStringList{"0"},
         "ATTENZIONE: L'intestazione degli scontrini si può cambiare un massimo di 60 volte. "
         "Confermare Operazione? [0 1] default 1, proceed 0, icon 2");
@@ -442,71 +579,6 @@ void ProgrammingTest::receiptLinesInTheSettingsFile()
     QCOMPARE(loadReceiptLines(ini, ReceiptLines::Footer)[2], (RestoredLine{{"CIAO", 1, 1}, 3}));
 }
 
-void ProgrammingTest::surplusScan_data()
-{
-    columns<int, QList<int>, int, QList<int>>("gridRows", "held", "lastProbed", "deleted"); // held: PLU numbers on the register
-    row("3 rows, register holds 1..12", 3, QList<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 22,
-        QList<int>{4, 5, 6, 7, 8, 9, 10, 11, 12});
-    row("gap of 10 keeps what lies beyond", 2, QList<int>{3, 14}, 13, QList<int>{3});
-    row("gap of 9 is crossed", 2, QList<int>{3, 13}, 23, QList<int>{3, 13});
-    row("nothing beyond the grid", 5, QList<int>{}, 15, QList<int>{});
-    row("stops before 9000", 8995, QList<int>{8996, 8997, 8998, 8999, 9000}, 8999, QList<int>{8996, 8997, 8998, 8999});
-    row("grid already full", 8999, QList<int>{9000}, 0, QList<int>{});
-}
-
-void ProgrammingTest::surplusScan()
-{
-    const QList<int> held = fetch<QList<int>>("held");
-    SurplusPluScan scan(fetch<int>("gridRows"));
-    int lastProbed = 0;
-    QList<int> deleted;
-    while (!scan.finished()) {
-        lastProbed = scan.number();
-        if (scan.probed(held.contains(lastProbed) ? " 800123 " : "  "))
-            deleted.append(lastProbed);
-    }
-    QTEST(lastProbed, "lastProbed");
-    QTEST(deleted, "deleted");
-}
-
-void ProgrammingTest::pluFileSaved()
-{
-    QCOMPARE(pluFileBytes({pluRow(QString::fromLatin1(kExampleLine)), pluRow(QStringList{"CAFFÈ", "1/2 TAZZA"})}),
-             kExampleLine + "\r\nCAFF\xC8/1\\2 TAZZA/////////\r\n");
-    QCOMPARE(pluFileBytes({}), QByteArray());
-    QByteArray many = (kExampleLine + "\r\n").repeated(kPluFileMaxLines) + "ONE MORE LINE, NEVER READ\r\n";
-    const PluFileLoad load = loadPluFile(many);
-    QCOMPARE(load.rows.size(), kPluFileMaxLines);
-    QVERIFY(load.oddLines.isEmpty());
-}
-
-void ProgrammingTest::pluFileLoaded_data()
-{
-    columns<QByteArray, int, QString, QList<int>>("bytes", "rows", "first", "oddLines"); // first: code and flags of row 1
-    const QString example = "8001234567890 00000000";
-    row("saved line", kExampleLine + "\r\n", 1, example, QList<int>());
-    row("eight fields, no final slash, LF", QByteArray("A/ACQUA 1L/1/0/0.5/0/100/00000001\nB/PANE/2/0/1/0/5/00000000\n"), 2,
-        "A 00000001", QList<int>());
-    row("15 characters are skipped", "123456789012345\r\n" + kExampleLine, 1, example, QList<int>());
-    row("16 characters are a row of one field", QByteArray("1234567890123456\r\n"), 1, "1234567890123456 ", QList<int>{1});
-    row("seven fields on line 2 are loaded too", "A/ACQUA 1L/1/0/0.5/0/100/\r\n" + kExampleLine, 2, "A ", QList<int>{1});
-    row("eleven fields: the first eight", kExampleLine + "X/\r\n", 1, example, QList<int>{1});
-    row("blank lines are skipped", "\r\n\r\n" + kExampleLine + "\r\n\r\n", 1, example, QList<int>());
-    row("Windows-1252", QByteArray("CAFF\xC8/TAZZA/1/0/1/0/5/00000000/"), 1, "CAFFÈ 00000000", QList<int>());
-    row("empty file", QByteArray(), 0, "", QList<int>());
-}
-
-void ProgrammingTest::pluFileLoaded()
-{
-    const PluFileLoad load = loadPluFile(fetch<QByteArray>("bytes"));
-    QTEST(int(load.rows.size()), "rows");
-    QTEST(load.oddLines, "oddLines");
-    if (!load.rows.isEmpty()) {
-        QTEST(load.rows[0][0] + u' ' + load.rows[0][7], "first");
-        QVERIFY(load.rows[0][8].isEmpty() && load.rows[0][9].isEmpty());
-    }
-}
-
 void ProgrammingTest::scrollMessagesInTheSettingsFile()
 {
     QTemporaryDir dir;
@@ -520,35 +592,6 @@ void ProgrammingTest::scrollMessagesInTheSettingsFile()
     QCOMPARE(messages[2], ("SALDI " + QString(100, u'X')).left(95));
     QCOMPARE(messages[9], QString());
     QCOMPARE(ini.read("Messaggi", "Msg11", "-", 96), QStringLiteral("-"));
-}
-
-void ProgrammingTest::branches_data()
-{
-    columns<int, DownloadTable, bool, QString>("index", "table", "recordByRecord", "success");
-    row("0", 0, DownloadTable::Header, false, "Intestazione Scaricata");
-    row("1", 1, DownloadTable::Footer, false, "Piede di scontrino scaricato");
-    row("2", 2, DownloadTable::Logo, false, "Logo Scaricato, ricordarsi di attivarlo");
-    row("3", 3, DownloadTable::Departments, true, "Reparti scaricati");
-    row("4", 4, DownloadTable::Plu, true, "PLU scaricate");
-    row("5", 5, DownloadTable::Nothing, false, "");
-    row("6", 6, DownloadTable::PaymentTypes, true, "Tabella pagamenti scaricate");
-    row("7", 7, DownloadTable::ScrollMessage, false, "Messaggio Scorrevole scaricato\rRicordarsi di attivarlo");
-    row("8", 8, DownloadTable::Nothing, false, "");
-    row("9", 9, DownloadTable::SParameters, false, "Parametri S scaricati");
-    row("10", 10, DownloadTable::VatRates, false, "Aliquote IVA scaricate");
-    row("11", 11, DownloadTable::Unknown, false, "");
-    row("-1", -1, DownloadTable::Unknown, false, "");
-}
-
-void ProgrammingTest::branches()
-{
-    const int index = fetch<int>("index");
-    const DownloadBranch b = downloadBranch(qint16(index));
-    QTEST(b.table, "table");
-    QTEST(b.recordByRecord, "recordByRecord");
-    QCOMPARE(b.confirmation.has_value(), index == 0 || index == 10);
-    QCOMPARE(shown(downloadSuccess(b)), "Kelm Drev: " + fetch<QString>("success") + " icon 1");
-    QCOMPARE(shown(unknownDownloadIndex()), QStringLiteral("Attenzione: Errore 90 : Avvisare produttore icon 4"));
 }
 
 void ProgrammingTest::downloadOnTheRegister_data()
@@ -646,79 +689,6 @@ void ProgrammingTest::readBmp()
         QCOMPARE(loaded.image.format(), kLogoFormat);
         QTEST(loaded.image.pixelColor(loaded.image.width() - 1, loaded.image.height() - 1), "corner");
     }
-}
-
-void ProgrammingTest::threshold_data()
-{
-    columns<QColor, bool>("colour", "white");
-    row("all limits met", QColor(151, 101, 161), true);
-    row("red short", QColor(150, 255, 255), false);
-    row("green short", QColor(255, 100, 255), false);
-    row("blue short", QColor(255, 255, 160), false);
-    row("red and blue limits swapped", QColor(161, 101, 151), false);
-}
-
-void ProgrammingTest::threshold()
-{
-    const QColor colour = fetch<QColor>("colour");
-    const QColor expected = fetch<bool>("white") ? Qt::white : Qt::black;
-    const QImage result = thresholdToBlackAndWhite(filled({70, 300}, colour));
-    QCOMPARE(result.size(), QSize(70, 300));
-    QCOMPARE(result.pixelColor(0, 0), expected);
-    QCOMPARE(result.pixelColor(69, 255), expected);
-    // Only the first 256 pixels of each side are turned.
-    const QImage square = thresholdToBlackAndWhite(filled({300, 300}, colour));
-    QCOMPARE(square.pixelColor(255, 255), expected);
-    QCOMPARE(square.pixelColor(256, 0), colour);
-    QCOMPARE(square.pixelColor(0, 256), colour);
-}
-
-void ProgrammingTest::fit_data()
-{
-    columns<QSize, QSize, bool>("loaded", "fitted", "standard");
-    row("70x200", QSize(70, 200), QSize(128, 256), false);
-    row("300x10", QSize(300, 10), QSize(256, 64), false);
-    row("64x64 kept", QSize(64, 64), QSize(64, 64), true);
-    row("one past 64", QSize(65, 65), QSize(128, 128), false);
-    row("one past 128", QSize(129, 129), QSize(256, 256), false);
-    row("two pixels", QSize(2, 2), QSize(64, 64), false);
-    row("one side standard", QSize(128, 100), QSize(128, 128), false);
-}
-
-void ProgrammingTest::fit()
-{
-    const QSize loaded = fetch<QSize>("loaded");
-    QImage picture = filled(loaded, QColor(40, 40, 40));
-    for (int x = 0; x < loaded.width() / 2; ++x)
-        picture.setPixelColor(x, 0, QColor(230, 230, 230));
-    const FittedLogo logo = fitLoadedLogo(picture);
-    QCOMPARE(logo.loadedSize, loaded);
-    QTEST(logo.standardSize, "standard");
-    QTEST(logo.image.size(), "fitted");
-    QCOMPARE(logo.image.pixelColor(0, 0), QColor(Qt::white));
-    QVERIFY(logo.image.pixelColor(logo.image.width() - 1, logo.image.height() - 1) != QColor(Qt::white));
-}
-
-void ProgrammingTest::resize_data()
-{
-    columns<QString, QString, QSize, QString>("width", "height", "size", "error");
-    const QString wrong = "Valore di Larghezza o altezza errato";
-    row("list values", "128", "256", QSize(128, 256), QString());
-    row("leading number", " 64 px", "64", QSize(64, 64), QString());
-    row("zero width", "0", "64", QSize(0, 0), wrong);
-    row("empty height", "64", "", QSize(0, 0), wrong);
-    row("not a number", "largo", "64", QSize(0, 0), wrong);
-    row("not a logo side", "100", "64", QSize(0, 0), wrong);
-}
-
-void ProgrammingTest::resize()
-{
-    const QColor grey(200, 200, 200);
-    const ResizedLogo resized = resizeByHand(filled({64, 64}, grey), fetch<QString>("width"), fetch<QString>("height"));
-    QTEST(resized.error, "error");
-    QTEST(resized.image.size(), "size");
-    if (resized.error.isEmpty())
-        QCOMPARE(resized.image.pixelColor(0, 0), grey);
 }
 
 void ProgrammingTest::logoRows_data()
