@@ -49,17 +49,14 @@ QString blanks(qsizetype n)
     return QString(n, u' ');
 }
 
-PluRow pluRow(const QStringList& cells)
+// The cells of a row between slashes; "|" stands for a slash inside a cell.
+PluRow pluRow(const QString& line)
 {
+    const QStringList cells = line.split(u'/').replaceInStrings("|", "/");
     PluRow r;
     for (qsizetype i = 0; i < cells.size() && i < kPluColumns; ++i)
         r[size_t(i)] = cells[i];
     return r;
-}
-
-PluRow pluRow(const QString& line)
-{
-    return pluRow(line.split(u'/'));
 }
 
 QString joined(const PluRow& r)
@@ -205,6 +202,24 @@ QString resizeOf(In in)
                              : QStringLiteral("%1x%2 %3").arg(r.image.width()).arg(r.image.height()).arg(r.error);
 }
 
+// A file with the given bytes ("<dir>": a folder, "<none>": no file); out: the error, the size and the bottom right
+// pixel's colour, in the logo's format.
+QString bmpOf(In in)
+{
+    QTemporaryDir dir;
+    QFile file(dir.filePath("logo.bmp"));
+    if (in[0] == "<dir>")
+        QDir().mkdir(file.fileName());
+    else if (in[0] != "<none>" && file.open(QIODevice::WriteOnly))
+        file.write(in[0].toLatin1());
+    file.close();
+    const LoadedBitmap loaded = readBmpFile(file.fileName());
+    const QImage& image = loaded.image;
+    const QString corner = image.isNull() ? QString() : image.pixelColor(image.width() - 1, image.height() - 1).name();
+    return QStringLiteral("%1 %2x%3 %4 %5").arg(loaded.error).arg(image.width()).arg(image.height())
+        .arg(corner, image.isNull() || image.format() == kLogoFormat ? "" : "other format");
+}
+
 // Each rule from texts to a text, by name (see the rows for the inputs).
 const QHash<QString, std::function<QString(In)>> kRules{
     {"fieldText", [](In in) { return fieldText(in[0], in[1].toInt()); }},
@@ -220,7 +235,7 @@ const QHash<QString, std::function<QString(In)>> kRules{
          return r.fields == 0 ? QStringLiteral("0")
                               : QStringLiteral("%1 %2 %3 %4").arg(r.fields).arg(r.line.text).arg(r.line.size).arg(r.line.align);
      }},
-    {"pluRecord", [](In in) { return pluRecord(in[0].toInt(), pluRow(in[1].split(u'/').replaceInStrings("|", "/"))); }},
+    {"pluRecord", [](In in) { return pluRecord(in[0].toInt(), pluRow(in[1])); }},
     {"normalised", [](In in) { return joined(withNormalisedNumbers(pluRow(in[0]))); }},
     {"parsePlu", [](In in) { return joined(parsePlu(in[0])); }},
     {"sParametersRecord", sParametersWith},
@@ -252,12 +267,13 @@ const QHash<QString, std::function<QString(In)>> kRules{
      [](In in) {
          QList<PluRow> rows;
          for (const QString& line : in)
-             rows << pluRow(line.split(u'/').replaceInStrings("|", "/"));
+             rows << pluRow(line);
          return QString::fromLatin1(pluFileBytes(rows));
      }},
     {"threshold", thresholdOf},
     {"fit", fitOf},
     {"resize", resizeOf},
+    {"bmp", bmpOf},
     {"question",
      [](In in) {
          return shown(in[0] == "plu" ? emptyPluGridQuestion()
@@ -325,13 +341,10 @@ private Q_SLOTS:
     void texts_data();
     void texts();
     void headerAndFooterRecords();
-    void receiptLinesInTheSettingsFile();
-    void scrollMessagesInTheSettingsFile();
+    void linesAndMessagesInTheSettingsFile();
     void downloadOnTheRegister_data();
     void downloadOnTheRegister();
     void pluRowsComeAsTheyAreRead();
-    void readBmp_data();
-    void readBmp();
     void logoRows_data();
     void logoRows();
 };
@@ -379,12 +392,10 @@ void ProgrammingTest::texts_data()
     row("code not a digit", "parseDepartment", QStringList{"00/00/01/VARIE/A/"}, "VARIE -1");
     row("no slash: the rest", "parseDepartment", QStringList{"00/00/01/VARIE"}, "VARIE -1");
     row("department truncated", "parseDepartment", QStringList{"00"}, " -1");
-    // Print lines: text, size (0 normal, 2 double width, 3 both), alignment (0 left, 1 right, 2 centre).
-    const QString bar = "BAR CENTRALE", twenty = "ABCDEFGHIJKLMNOPQRST", thirtyOne(31, u'X');
-    row("centred, normal", "paddedLine", QStringList{bar, "0", "2"}, blanks(10) + bar + blanks(10));
+    // Print lines (the header record has one centred and one right-aligned): text, size (0 normal, 2 double width, 3 both), alignment (0 left, 1 right, 2 centre).
+    const QString twenty = "ABCDEFGHIJKLMNOPQRST", thirtyOne(31, u'X');
     row("centred, odd room", "paddedLine", QStringList{"ABC", "0", "2"}, blanks(14) + "ABC" + blanks(15));
     row("centred in double width", "paddedLine", QStringList{"ABCD", "2", "2"}, blanks(6) + "ABCD" + blanks(6));
-    row("right", "paddedLine", QStringList{bar, "0", "1"}, blanks(20) + bar);
     row("right trims first", "paddedLine", QStringList{"  AB  ", "0", "1"}, blanks(30) + "AB");
     row("too long, left keeps the start", "paddedLine", QStringList{twenty, "2", "0"}, twenty.left(16));
     row("too long, centred keeps the start", "paddedLine", QStringList{twenty, "3", "2"}, twenty.left(16));
@@ -393,8 +404,7 @@ void ProgrammingTest::texts_data()
     row("empty", "paddedLine", QStringList{"", "0", "2"}, blanks(32));
     row("no size selected is 32 wide", "paddedLine", QStringList{"A", "-1", "0"}, "A" + blanks(31));
     row("unknown alignment is left", "paddedLine", QStringList{"A", "2", "-1"}, "A" + blanks(15));
-    // Saved lines: fields set (alignment, size, text), text, size, alignment.
-    row("centred, normal", "restoredLine", QStringList{"20BAR CENTRALE"}, "3 BAR CENTRALE 0 2");
+    // Saved lines (see the settings file for one centred): fields set (alignment, size, text), text, size, alignment.
     row("right, double both", "restoredLine", QStringList{"13X"}, "3 X 3 1");
     row("saved empty", "restoredLine", QStringList{"00"}, "0");
     row("alignment out of list", "restoredLine", QStringList{"30ABC"}, "0");
@@ -518,6 +528,22 @@ void ProgrammingTest::texts_data()
     row("one past 128", "fit", QStringList{"129", "129"}, "129x129 256x256 fitted white dark");
     row("two pixels", "fit", QStringList{"2", "2"}, "2x2 64x64 fitted white dark");
     row("one side standard", "fit", QStringList{"128", "100"}, "128x100 128x128 fitted white dark");
+    const QString bmp = QString::fromLatin1(encoded(filled({70, 200}, Qt::red), "BMP"));
+    const QString notBmp = "Il file non è un'immagine BMP 0x0  ", damaged = "Il file BMP è danneggiato 0x0  ";
+    row("bmp", "bmp", QStringList{bmp}, " 70x200 #ff0000 ");
+    row("one bit a pixel", "bmp",
+        QStringList{QString::fromLatin1(encoded(filled({64, 64}, Qt::white).convertToFormat(QImage::Format_Mono), "BMP"))},
+        " 64x64 #ffffff ");
+    row("empty", "bmp", QStringList{""}, "Il file è vuoto 0x0  ");
+    row("png", "bmp", QStringList{QString::fromLatin1(encoded(filled({8, 8}, Qt::red), "PNG"))}, notBmp);
+    row("text", "bmp", QStringList{"$/1/64/64/1/\r\n"}, notBmp);
+    row("zero bytes", "bmp", QStringList{QString(512, QChar(0))}, notBmp);
+    row("header cut short", "bmp", QStringList{bmp.left(20)}, damaged);
+    row("pixels cut short", "bmp", QStringList{bmp.left(bmp.size() / 2)}, damaged);
+    row("zero width", "bmp", QStringList{QString::fromLatin1(withHeaderSize(bmp.toLatin1(), 0, 200))}, damaged);
+    row("absurd size", "bmp", QStringList{QString::fromLatin1(withHeaderSize(bmp.toLatin1(), 1 << 30, 1 << 30))}, damaged);
+    row("no file", "bmp", QStringList{"<none>"}, kFileUnreadable + " 0x0  ");
+    row("a folder", "bmp", QStringList{"<dir>"}, kFileUnreadable + " 0x0  ");
     const QString wrong = "0x0 Valore di Larghezza o altezza errato";
     row("list values", "resize", QStringList{"128", "256"}, "128x256 kept");
     row("leading number", "resize", QStringList{" 64 px", "64"}, "64x64 kept");
@@ -558,7 +584,7 @@ void ProgrammingTest::headerAndFooterRecords()
     QCOMPARE(footerRecord(footer), "F/1/" + blanks(32) + "/3/" + blanks(16) + "/2/" + blanks(21) + "ARRIVEDERCI/");
 }
 
-void ProgrammingTest::receiptLinesInTheSettingsFile()
+void ProgrammingTest::linesAndMessagesInTheSettingsFile()
 {
     QTemporaryDir dir;
     const IniFile ini(dir.filePath("KelmDrev.ini"));
@@ -577,12 +603,6 @@ void ProgrammingTest::receiptLinesInTheSettingsFile()
     QCOMPARE(loaded[1].fields, 0);
     QCOMPARE(loaded[11].line, (HeaderLine{"VIA ROMA 1\\A", 3, 0}));
     QCOMPARE(loadReceiptLines(ini, ReceiptLines::Footer)[2], (RestoredLine{{"CIAO", 1, 1}, 3}));
-}
-
-void ProgrammingTest::scrollMessagesInTheSettingsFile()
-{
-    QTemporaryDir dir;
-    const IniFile ini(dir.filePath("KelmDrev.ini"));
     QVERIFY(ini.write("Messaggi", "Msg1", "EARLIER"));
     QVERIFY(saveScrollMessage(ini, 2, " SALDI " + QString(100, u'X')));
     QVERIFY(!saveScrollMessage(ini, 10, "NONE"));
@@ -648,46 +668,6 @@ void ProgrammingTest::pluRowsComeAsTheyAreRead()
     for (int i = 0; i < 5; ++i) {
         QCOMPARE(asked[i], QStringLiteral("p/%1/%1").arg(i + 1) + sent[i][0]);
         QCOMPARE(joined(read[i]).section(u'/', 0, 7), joined(sent[i]).section(u'/', 0, 7)); // the counters are not sent
-    }
-}
-
-void ProgrammingTest::readBmp_data()
-{
-    columns<QByteArray, QString, QSize, QColor>("content", "error", "size", "corner"); // "<dir>": a folder, "<none>": no file
-    const QByteArray bmp = encoded(filled({70, 200}, Qt::red), "BMP");
-    const QByteArray mono = encoded(filled({64, 64}, Qt::white).convertToFormat(QImage::Format_Mono), "BMP");
-    const QString notBmp = "Il file non è un'immagine BMP", damaged = "Il file BMP è danneggiato";
-    const QSize none(0, 0);
-    row("bmp", bmp, QString(), QSize(70, 200), QColor(Qt::red));
-    row("one bit a pixel", mono, QString(), QSize(64, 64), QColor(Qt::white));
-    row("empty", QByteArray(), "Il file è vuoto", none, QColor());
-    row("png", encoded(filled({8, 8}, Qt::red), "PNG"), notBmp, none, QColor());
-    row("text", QByteArray("$/1/64/64/1/\r\n"), notBmp, none, QColor());
-    row("zero bytes", QByteArray(512, '\0'), notBmp, none, QColor());
-    row("header cut short", bmp.left(20), damaged, none, QColor());
-    row("pixels cut short", bmp.left(bmp.size() / 2), damaged, none, QColor());
-    row("zero width", withHeaderSize(bmp, 0, 200), damaged, none, QColor());
-    row("absurd size", withHeaderSize(bmp, 1 << 30, 1 << 30), damaged, none, QColor());
-    row("no file", QByteArray("<none>"), kFileUnreadable, none, QColor());
-    row("a folder", QByteArray("<dir>"), kFileUnreadable, none, QColor());
-}
-
-void ProgrammingTest::readBmp()
-{
-    const QByteArray content = fetch<QByteArray>("content");
-    QTemporaryDir dir;
-    QFile file(dir.filePath("logo.bmp"));
-    if (content == "<dir>")
-        QDir().mkdir(file.fileName());
-    else if (content != "<none>" && file.open(QIODevice::WriteOnly))
-        file.write(content);
-    file.close();
-    const LoadedBitmap loaded = readBmpFile(file.fileName());
-    QTEST(loaded.error, "error");
-    QTEST(loaded.image.size(), "size");
-    if (loaded.error.isEmpty()) {
-        QCOMPARE(loaded.image.format(), kLogoFormat);
-        QTEST(loaded.image.pixelColor(loaded.image.width() - 1, loaded.image.height() - 1), "corner");
     }
 }
 
