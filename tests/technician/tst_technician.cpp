@@ -31,18 +31,14 @@ namespace {
 
 const QStringList kButtons = {"Ok", "Cancel", "Yes", "No"};
 
-// Steps one a line: "clear", "send <record>", "panel <record>", "pause <ms>", "display".
+// Steps one a line: "clear", "send <record>", "panel <record>", "pause <ms>", "display"; any
+// other number a step carries follows it.
 QStringList stepTexts(const ExchangeSteps& steps)
 {
+    const QStringList kinds{"clear", "send ", "panel ", "pause ", "display"}; // in the order of ExchangeStep::Kind
     QStringList texts;
-    for (const auto& s : steps) {
-        using Kind = ExchangeStep::Kind;
-        texts << (s.kind == Kind::ClearAnswer      ? QStringLiteral("clear")
-                      : s.kind == Kind::Transaction  ? "send " + s.record
-                      : s.kind == Kind::PanelCommand ? "panel " + s.record
-                      : s.kind == Kind::Pause        ? "pause " + QString::number(s.pauseMs)
-                                                     : QStringLiteral("display"));
-    }
+    for (const auto& s : steps)
+        texts << kinds[int(s.kind)] + s.record + (s.pauseMs ? QString::number(s.pauseMs) : QString());
     return texts;
 }
 
