@@ -89,17 +89,6 @@ QStringList displayed(const std::optional<DisplayLines>& lines)
     return lines ? QStringList{lines->line1, lines->line2} : QStringList();
 }
 
-// The refresh as the worker runs it, against a register that answers from the list.
-QStringList displayReads(const QStringList& answers)
-{
-    int reads = 0;
-    QString answer;
-    do
-        answer = answers.value(reads++);
-    while (readDisplayAgain(reads, answer));
-    return QStringList{QString::number(reads)} + displayed(technician::displayLines(answer));
-}
-
 QString yes(bool b)
 {
     return b ? "yes" : "no";
@@ -204,7 +193,7 @@ const QHash<QString, std::function<QStringList(const QString&)>> kRules{
     {"file", [](const QString& text) { return commandFileRecords(text.toLatin1()); }},
     {"answer", [](const QString& text) { return QStringList{consoleAnswerText(text)}; }},
     {"display", [](const QString& answer) { return displayed(technician::displayLines(answer)); }},
-    {"reads", [](const QString& answers) { return displayReads(answers.split(u'|')); }},
+    {"again", [](const QString& in) { return QStringList{yes(readDisplayAgain(in.left(1).toInt(), in.mid(1)))}; }},
     {"zero", [](const QString& line) { return QStringList{displayReadsZero(line) ? "zero" : "amount"}; }},
     {"keys", // the box (0 free text, 1 pratica, 2 riferimento), then the keys typed; out: the keys that go through
      [](const QString& typed) {
@@ -350,13 +339,12 @@ void TechnicianTest::rules_data()
     row("42 characters", "display", displayAnswer(line1, line2).chopped(1), QStringList());
     row("status only", "display", "00", QStringList());
     row("empty display", "display", "", QStringList());
-    // Reads: the register's answers in turn; out: the reads done and the display shown.
+    // Reads: the reads done, then the last answer; out: whether to read once more.
     const QString good = displayAnswer(QString(16, u'1'), QString(16, u'2')), cut = good.left(42);
-    const QStringList shown{QString(16, u'1'), QString(16, u'2')};
-    row("first read good", "reads", good, QStringList{"1"} + shown);
-    row("second read good", "reads", QStringList{cut, good}.join(u'|'), QStringList{"2"} + shown);
-    row("third read good", "reads", QStringList{QString(), cut, good}.join(u'|'), QStringList{"3"} + shown);
-    row("three short: display unchanged", "reads", QStringList{cut, cut, cut, good}.join(u'|'), QStringList{"3"});
+    row("a good read is enough", "again", "1" + good, QStringList{"no"});
+    row("cut: read again", "again", "1" + cut, QStringList{"yes"});
+    row("no answer: read again", "again", "2", QStringList{"yes"});
+    row("three reads at most", "again", "3" + cut, QStringList{"no"});
     const QStringList zero{"zero"}, amount{"amount"};
     row("idle", "zero", "            0.00", zero);
     row("amount", "zero", "           12.50", amount);
