@@ -85,19 +85,6 @@ QString shown(const Notice& n)
     return n.title + ": " + n.text + " icon " + QString::number(int(n.icon));
 }
 
-// Buttons: 0 OK, 1 Cancel, 2 Yes, 3 No; icons: 2 Question, 3 Warning.
-QString shown(const Question& q)
-{
-    QStringList buttons;
-    for (Operator::Button b : q.buttons)
-        buttons << QString::number(int(b));
-    return QStringLiteral("%1: %2 [%3] default %4, proceed %5, icon %6")
-        .arg(q.title, q.text, buttons.join(u' '))
-        .arg(int(q.defaultButton))
-        .arg(int(q.proceed))
-        .arg(int(q.icon));
-}
-
 QString sParametersWith(In in)
 {
     SParameters p = parseSParameters(defaultSParametersAnswer());
@@ -274,11 +261,19 @@ const QHash<QString, std::function<QString(In)>> kRules{
     {"fit", fitOf},
     {"resize", resizeOf},
     {"bmp", bmpOf},
-    {"question",
+    {"question", // buttons: 0 OK, 1 Cancel, 2 Yes, 3 No; icons: 2 Question, 3 Warning
      [](In in) {
-         return shown(in[0] == "plu" ? emptyPluGridQuestion()
-                      : in[0] == "S" ? resetSParametersQuestion()
-                                     : *downloadBranch(qint16(in[0].toInt())).confirmation);
+         const Question q = in[0] == "plu" ? emptyPluGridQuestion()
+                          : in[0] == "S"   ? resetSParametersQuestion()
+                                           : *downloadBranch(qint16(in[0].toInt())).confirmation;
+         QStringList buttons;
+         for (Operator::Button b : q.buttons)
+             buttons << QString::number(int(b));
+         return QStringLiteral("%1: %2 [%3] default %4, proceed %5, icon %6")
+             .arg(q.title, q.text, buttons.join(u' '))
+             .arg(int(q.defaultButton))
+             .arg(int(q.proceed))
+             .arg(int(q.icon));
      }},
 };
 

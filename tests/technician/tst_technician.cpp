@@ -55,15 +55,6 @@ int keyIndex(const QString& caption)
     return -1;
 }
 
-QString describe(const Question& q)
-{
-    QStringList buttons;
-    for (Button b : q.buttons)
-        buttons << kButtons[int(b)];
-    return QStringLiteral("%1: %2 [%3] default %4, icon %5").arg(q.title, q.text, buttons.join(u' '),
-                                                                kButtons[int(q.defaultButton)]).arg(int(q.icon));
-}
-
 // A display answer: nine header characters, the two lines and their slashes.
 QString displayAnswer(const QString& line1, const QString& line2)
 {
@@ -83,11 +74,6 @@ struct FilledForms final : DocumentForms {
     QList<CustomerEntry> customers;
 };
 
-
-QStringList displayed(const std::optional<DisplayLines>& lines)
-{
-    return lines ? QStringList{lines->line1, lines->line2} : QStringList();
-}
 
 QString yes(bool b)
 {
@@ -185,14 +171,21 @@ const QHash<QString, std::function<QStringList(const QString&)>> kRules{
     {"completion", completionOf},
     {"question",
      [](const QString& which) {
-         return QStringList{describe(which == "closure" ? dailyClosureQuestion()
-                                     : which == "reprint" ? reprintQuestion()
-                                                          : testReceiptQuestion())};
+         const Question q = which == "closure" ? dailyClosureQuestion() : which == "reprint" ? reprintQuestion() : testReceiptQuestion();
+         QStringList buttons;
+         for (Button b : q.buttons)
+             buttons << kButtons[int(b)];
+         return QStringList{QStringLiteral("%1: %2 [%3] default %4, icon %5")
+                                .arg(q.title, q.text, buttons.join(u' '), kButtons[int(q.defaultButton)]).arg(int(q.icon))};
      }},
     {"typed", [](const QString& text) { return QStringList{singleCommandRecord(text)}; }},
     {"file", [](const QString& text) { return commandFileRecords(text.toLatin1()); }},
     {"answer", [](const QString& text) { return QStringList{consoleAnswerText(text)}; }},
-    {"display", [](const QString& answer) { return displayed(technician::displayLines(answer)); }},
+    {"display",
+     [](const QString& answer) {
+         const auto lines = technician::displayLines(answer);
+         return lines ? QStringList{lines->line1, lines->line2} : QStringList();
+     }},
     {"again", [](const QString& in) { return QStringList{yes(readDisplayAgain(in.left(1).toInt(), in.mid(1)))}; }},
     {"zero", [](const QString& line) { return QStringList{displayReadsZero(line) ? "zero" : "amount"}; }},
     {"keys", // the box (0 free text, 1 pratica, 2 riferimento), then the keys typed; out: the keys that go through
