@@ -101,8 +101,9 @@ QString sParametersRead(In in)
 {
     const SParameters p = parseSParameters(in[0]);
     QStringList flags;
-    for (const qsizetype i : QList<qsizetype>{0, 1, 2, 3, 4, kSFlagsSent, kSFlagCount - 1})
-        flags << QString::number(p.flags[size_t(i)]);
+    for (qsizetype i = 0; i < kSFlagCount; ++i)
+        if (i < 5 || i >= kSFlagsSent)
+            flags << QString::number(p.flags[size_t(i)]);
     return flags.join(u' ') + u'|' + p.maximums[0] + u'|' + p.registerName + u'|' + p.payRateCode;
 }
 
@@ -161,7 +162,7 @@ QString thresholdOf(In in)
     const QColor colour(in[0].toInt(), in[1].toInt(), in[2].toInt());
     const QImage tall = thresholdToBlackAndWhite(filled({70, 300}, colour));
     const QImage square = thresholdToBlackAndWhite(filled({300, 300}, colour));
-    return QStringList{QString::number(tall.height()), pixel(tall, 0, 0, colour), pixel(tall, 69, 255, colour),
+    return QStringList{QStringLiteral("%1x%2").arg(tall.width()).arg(tall.height()), pixel(tall, 0, 0, colour), pixel(tall, 69, 255, colour),
                        pixel(square, 255, 255, colour), pixel(square, 256, 0, colour), pixel(square, 0, 256, colour)}
         .join(u' ');
 }
@@ -270,10 +271,7 @@ const QHash<QString, std::function<QString(In)>> kRules{
          for (Operator::Button b : q.buttons)
              buttons << QString::number(int(b));
          return QStringLiteral("%1: %2 [%3] default %4, proceed %5, icon %6")
-             .arg(q.title, q.text, buttons.join(u' '))
-             .arg(int(q.defaultButton))
-             .arg(int(q.proceed))
-             .arg(int(q.icon));
+             .arg(q.title, q.text, buttons.join(u' ')).arg(int(q.defaultButton)).arg(int(q.proceed)).arg(int(q.icon));
      }},
 };
 
@@ -434,12 +432,12 @@ void ProgrammingTest::texts_data()
         with("0", "345/CASSA -1", "27", "8"));
     row("bar code keeps 2, intensity 3", "sParametersRecord", QStringList{"0", "1", "X/Y", "123", "1234"},
         with("0", "1/X\\Y", "23", "234"));
-    // Read: flags 0..4, the first flag not sent and the last, maximum 0, name, pay rate.
-    row("flags only", "parseSParameters", QStringList{"00/00/01/12x9/"}, "1 2 0 9 0 0 0|0||");
-    row("cut in the maximums", "parseSParameters", QStringList{"00/00/01/1/12.5/7"}, "1 0 0 0 0 0 0|12||");
-    row("S status only", "parseSParameters", QStringList{"00"}, "0 0 0 0 0 0 0|0||");
+    // Read: flags 0..4 and those never sent, maximum 0, name, pay rate.
+    row("flags only", "parseSParameters", QStringList{"00/00/01/12x9/"}, "1 2 0 9 0 0 0 0 0|0||");
+    row("cut in the maximums", "parseSParameters", QStringList{"00/00/01/1/12.5/7"}, "1 0 0 0 0 0 0 0 0|12||");
+    row("S status only", "parseSParameters", QStringList{"00"}, "0 0 0 0 0 0 0 0 0|0||");
     row("thirty-one fields", "parseSParameters", QStringList{defaultSParametersAnswer() + "/EXTRA/"},
-        "0 0 0 0 1 0 0|999999|CASSA -1|0");
+        "0 0 0 0 1 0 0 0 0|999999|CASSA -1|0");
     row("trimmed message", "scrollMessage", QStringList{"  BENVENUTI  "}, "o/BENVENUTI/");
     row("empty message", "scrollMessage", QStringList{""}, "o//");
     row("slash in the message", "scrollMessage", QStringList{"SALDI 1/2"}, "o/SALDI 1\\2/");
@@ -510,12 +508,12 @@ void ProgrammingTest::texts_data()
         QString::number(kPluFileMaxLines) + " rows, odd , first 8001234567890 00000000//");
     row("file saved", "pluBytes", QStringList{line, "CAFFÈ/1|2 TAZZA"}, line + "\r\nCAFF\u00C8/1\\2 TAZZA/////////\r\n");
     row("nothing saved", "pluBytes", QStringList(), "");
-    // Threshold: the colour; out: the height kept, two pixels of a tall picture, three of a square one.
-    row("all limits met", "threshold", QStringList{"151", "101", "161"}, "300 white white white kept kept");
-    row("red short", "threshold", QStringList{"150", "255", "255"}, "300 black black black kept kept");
-    row("green short", "threshold", QStringList{"255", "100", "255"}, "300 black black black kept kept");
-    row("blue short", "threshold", QStringList{"255", "255", "160"}, "300 black black black kept kept");
-    row("red and blue limits swapped", "threshold", QStringList{"161", "101", "151"}, "300 black black black kept kept");
+    // Threshold: the colour; out: the size kept, two pixels of a tall picture, three of a square one.
+    row("all limits met", "threshold", QStringList{"151", "101", "161"}, "70x300 white white white kept kept");
+    row("red short", "threshold", QStringList{"150", "255", "255"}, "70x300 black black black kept kept");
+    row("green short", "threshold", QStringList{"255", "100", "255"}, "70x300 black black black kept kept");
+    row("blue short", "threshold", QStringList{"255", "255", "160"}, "70x300 black black black kept kept");
+    row("red and blue limits swapped", "threshold", QStringList{"161", "101", "151"}, "70x300 black black black kept kept");
     row("70x200", "fit", QStringList{"70", "200"}, "70x200 128x256 fitted white dark");
     row("300x10", "fit", QStringList{"300", "10"}, "300x10 256x64 fitted white dark");
     row("64x64 kept", "fit", QStringList{"64", "64"}, "64x64 64x64 standard white dark");
