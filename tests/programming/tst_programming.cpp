@@ -138,7 +138,8 @@ QString pluFileOf(In in)
     QStringList odd;
     for (int line : load.oddLines)
         odd << QString::number(line);
-    const QString first = load.rows.isEmpty() ? QString() : joined(load.rows[0]).section(u'/', 0, 0) + u' ' + joined(load.rows[0]).section(u'/', 7);
+    const QString row1 = load.rows.isEmpty() ? QString() : joined(load.rows[0]);
+    const QString first = row1.isEmpty() ? QString() : row1.section(u'/', 0, 0) + u' ' + row1.section(u'/', 7);
     return QStringLiteral("%1 rows, odd %2, first %3").arg(load.rows.size()).arg(odd.join(u' '), first);
 }
 
@@ -162,7 +163,8 @@ QString thresholdOf(In in)
     const QColor colour(in[0].toInt(), in[1].toInt(), in[2].toInt());
     const QImage tall = thresholdToBlackAndWhite(filled({70, 300}, colour));
     const QImage square = thresholdToBlackAndWhite(filled({300, 300}, colour));
-    return QStringList{QStringLiteral("%1x%2").arg(tall.width()).arg(tall.height()), pixel(tall, 0, 0, colour), pixel(tall, 69, 255, colour),
+    return QStringList{QStringLiteral("%1x%2").arg(tall.width()).arg(tall.height()), pixel(tall, 0, 0, colour),
+                       pixel(tall, 69, 255, colour),
                        pixel(square, 255, 255, colour), pixel(square, 256, 0, colour), pixel(square, 0, 256, colour)}
         .join(u' ');
 }
@@ -186,8 +188,8 @@ QString resizeOf(In in)
 {
     const QColor grey(200, 200, 200);
     const ResizedLogo r = resizeByHand(filled({64, 64}, grey), in[0], in[1]);
-    return r.error.isEmpty() ? QStringLiteral("%1x%2 %3").arg(r.image.width()).arg(r.image.height()).arg(pixel(r.image, 0, 0, grey))
-                             : QStringLiteral("%1x%2 %3").arg(r.image.width()).arg(r.image.height()).arg(r.error);
+    const QString pixelOrError = r.error.isEmpty() ? pixel(r.image, 0, 0, grey) : r.error;
+    return QStringLiteral("%1x%2 %3").arg(r.image.width()).arg(r.image.height()).arg(pixelOrError);
 }
 
 // A file with the given bytes ("<dir>": a folder, "<none>": no file); out: the error, the size and the bottom right
@@ -385,7 +387,8 @@ void ProgrammingTest::texts_data()
     row("code not a digit", "parseDepartment", QStringList{"00/00/01/VARIE/A/"}, "VARIE -1");
     row("no slash: the rest", "parseDepartment", QStringList{"00/00/01/VARIE"}, "VARIE -1");
     row("department truncated", "parseDepartment", QStringList{"00"}, " -1");
-    // Print lines (the header record has one centred and one right-aligned): text, size (0 normal, 2 double width, 3 both), alignment (0 left, 1 right, 2 centre).
+    // Print lines (the header record has one centred and one right-aligned): text, size (0 normal, 2 double width,
+    // 3 both), alignment (0 left, 1 right, 2 centre).
     const QString twenty = "ABCDEFGHIJKLMNOPQRST", thirtyOne(31, u'X');
     row("centred, odd room", "paddedLine", QStringList{"ABC", "0", "2"}, blanks(14) + "ABC" + blanks(15));
     row("centred in double width", "paddedLine", QStringList{"ABCD", "2", "2"}, blanks(6) + "ABCD" + blanks(6));
@@ -423,7 +426,8 @@ void ProgrammingTest::texts_data()
             + weight0 + "/27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/" + intensity + "/0/";
     };
     row("the reset record", "sParametersRecord", QStringList{"0", "1", "CASSA -1", "27", "8"}, kResetRecord);
-    row("no selection sends 0", "sParametersRecord", QStringList{"-1", "1", "CASSA -1", "27", "8"}, with("0", "1/CASSA -1", "27", "8"));
+    row("no selection sends 0", "sParametersRecord", QStringList{"-1", "1", "CASSA -1", "27", "8"},
+        with("0", "1/CASSA -1", "27", "8"));
     row("two-digit index sends its last digit", "sParametersRecord", QStringList{"12", "1", "CASSA -1", "27", "8"},
         with("2", "1/CASSA -1", "27", "8"));
     row("name keeps its last 8", "sParametersRecord", QStringList{"0", "1", "CASSA CENTRALE", "27", "8"},
@@ -450,7 +454,8 @@ void ProgrammingTest::texts_data()
     // Payment types: number, description, short description, flags, rate, mark-up, active, credit.
     row("cash", "paymentTypeRecord", QStringList{"1", "CONTANTI", "CONT", "10000001", "0", "0", "1", "0"},
         "Y/1/CONTANTI/CONT/10000001/0/0//1/0/");
-    row("last characters kept", "paymentTypeRecord", QStringList{"2", "CARTA DI CREDITO", " CARTA ", "00100000", "12345", " 1.5 ", "0", "1"},
+    row("last characters kept", "paymentTypeRecord",
+        QStringList{"2", "CARTA DI CREDITO", " CARTA ", "00100000", "12345", " 1.5 ", "0", "1"},
         "Y/2/CREDITO/ARTA/00100000/2345/1.5//0/1/");
     row("all flags, slash", "paymentTypeRecord", QStringList{"9", "BUONI/PASTO", "B/P", "11111111", "", "", "1", "1"},
         "Y/9/NI\\PASTO/B\\P/11111111////1/1/");
@@ -465,8 +470,10 @@ void ProgrammingTest::texts_data()
         "Attenzione: Errore in scarico intestazione\r\nErrore : 12\r\nData-Ora errata icon 4");
     row("PLU names its code", "failure", QStringList{"4", "0C", "8001234567890"},
         "Attenzione: Errore in scarico PLU 8001234567890\r\nErrore : 0C\r\nPagamento inesistente icon 4");
-    row("no answer from the link", "failure", QStringList{"9", "", ""}, "Attenzione: Errore in scarico parametri S\r\nErrore : \r\n icon 4");
-    row("unknown code", "failure", QStringList{"3", "FFx", ""}, "Attenzione: Errore in scarico Reparti\r\nErrore : FF\r\n icon 4");
+    row("no answer from the link", "failure", QStringList{"9", "", ""},
+        "Attenzione: Errore in scarico parametri S\r\nErrore : \r\n icon 4");
+    row("unknown code", "failure", QStringList{"3", "FFx", ""},
+        "Attenzione: Errore in scarico Reparti\r\nErrore : FF\r\n icon 4");
     // Branches: table, by record, asks; the success notice (icon 1 Information); an unknown index.
     const QString unknown = ", Attenzione: Errore 90 : Avvisare produttore icon 4";
     row("0", "branch", QStringList{"0"}, "Header asks, Kelm Drev: Intestazione Scaricata icon 1" + unknown);
@@ -476,14 +483,16 @@ void ProgrammingTest::texts_data()
     row("4", "branch", QStringList{"4"}, "Plu by record, Kelm Drev: PLU scaricate icon 1" + unknown);
     row("5", "branch", QStringList{"5"}, "Nothing, Kelm Drev:  icon 1" + unknown);
     row("6", "branch", QStringList{"6"}, "PaymentTypes by record, Kelm Drev: Tabella pagamenti scaricate icon 1" + unknown);
-    row("7", "branch", QStringList{"7"}, "ScrollMessage, Kelm Drev: Messaggio Scorrevole scaricato\rRicordarsi di attivarlo icon 1" + unknown);
+    row("7", "branch", QStringList{"7"},
+        "ScrollMessage, Kelm Drev: Messaggio Scorrevole scaricato\rRicordarsi di attivarlo icon 1" + unknown);
     row("8", "branch", QStringList{"8"}, "Nothing, Kelm Drev:  icon 1" + unknown);
     row("9", "branch", QStringList{"9"}, "SParameters, Kelm Drev: Parametri S scaricati icon 1" + unknown);
     row("10", "branch", QStringList{"10"}, "VatRates asks, Kelm Drev: Aliquote IVA scaricate icon 1" + unknown);
     row("11", "branch", QStringList{"11"}, "Unknown, Kelm Drev:  icon 1" + unknown);
     row("-1", "branch", QStringList{"-1"}, "Unknown, Kelm Drev:  icon 1" + unknown);
     // Surplus PLU scan: grid rows, then the numbers the register holds; out: the last probed and those deleted.
-    row("3 rows, register holds 1..12", "surplus", QStringList{"3", "1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11", "12"},
+    row("3 rows, register holds 1..12", "surplus",
+        QStringList{"3", "1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11", "12"},
         "22: 4 5 6 7 8 9 10 11 12");
     row("gap of 10 keeps what lies beyond", "surplus", QStringList{"2", "3", "14"}, "13: 3");
     row("gap of 9 is crossed", "surplus", QStringList{"2", "3", "13"}, "23: 3 13");
@@ -493,18 +502,22 @@ void ProgrammingTest::texts_data()
     // PLU file: rows, odd lines, the first row's code and its fields from the flags on.
     const QString line = QString::fromLatin1(kExampleLine), example = "1 rows, odd , first 8001234567890 00000000//";
     row("saved line", "pluFile", QStringList{line + "\r\n"}, example);
-    row("eight fields, no final slash, LF", "pluFile", QStringList{"A/ACQUA 1L/1/0/0.5/0/100/00000001\nB/PANE/2/0/1/0/5/00000000\n"},
+    row("eight fields, no final slash, LF", "pluFile",
+        QStringList{"A/ACQUA 1L/1/0/0.5/0/100/00000001\nB/PANE/2/0/1/0/5/00000000\n"},
         "2 rows, odd , first A 00000001//");
     row("15 characters are skipped", "pluFile", QStringList{"123456789012345\r\n" + line}, example);
-    row("16 characters are a row of one field", "pluFile", QStringList{"1234567890123456\r\n"}, "1 rows, odd 1, first 1234567890123456 //");
+    row("16 characters are a row of one field", "pluFile", QStringList{"1234567890123456\r\n"},
+        "1 rows, odd 1, first 1234567890123456 //");
     row("seven fields on line 2 are loaded too", "pluFile", QStringList{"A/ACQUA 1L/1/0/0.5/0/100/\r\n" + line},
         "2 rows, odd 1, first A //");
-    row("eleven fields: the first eight", "pluFile", QStringList{line + "X/\r\n"}, "1 rows, odd 1, first 8001234567890 00000000//");
+    row("eleven fields: the first eight", "pluFile", QStringList{line + "X/\r\n"},
+        "1 rows, odd 1, first 8001234567890 00000000//");
     row("blank lines are skipped", "pluFile", QStringList{"\r\n\r\n" + line + "\r\n\r\n"}, example);
     row("Windows-1252", "pluFile", QStringList{QString::fromLatin1("CAFF\xC8/TAZZA/1/0/1/0/5/00000000/")},
         "1 rows, odd , first CAFFÈ 00000000//");
     row("empty file", "pluFile", QStringList{""}, "0 rows, odd , first ");
-    row("no more than the most lines", "pluFile", QStringList{(line + "\r\n").repeated(kPluFileMaxLines) + "ONE MORE LINE\r\n"},
+    row("no more than the most lines", "pluFile",
+        QStringList{(line + "\r\n").repeated(kPluFileMaxLines) + "ONE MORE LINE, NEVER READ\r\n"},
         QString::number(kPluFileMaxLines) + " rows, odd , first 8001234567890 00000000//");
     row("file saved", "pluBytes", QStringList{line, "CAFFÈ/1|2 TAZZA"}, line + "\r\nCAFF\u00C8/1\\2 TAZZA/////////\r\n");
     row("nothing saved", "pluBytes", QStringList(), "");
@@ -611,7 +624,8 @@ void ProgrammingTest::downloadOnTheRegister_data()
 {
     columns<int, QString, QStringList>("index", "fault", "shown");
     row("record by record: the others go on", 3, "refuse D/3/ 8",
-        QStringList{"Attenzione: Errore in scarico Reparti\r\nErrore : 08\r\nIl reparto non esiste", "Kelm Drev: Reparti scaricati"});
+        QStringList{"Attenzione: Errore in scarico Reparti\r\nErrore : 08\r\nIl reparto non esiste",
+                    "Kelm Drev: Reparti scaricati"});
     row("one record refused: no success", 9, "refuse S 12",
         QStringList{"Attenzione: Errore in scarico parametri S\r\nErrore : 0C\r\nPagamento inesistente"});
     row("logo, every row counted", 2, "", QStringList{"Kelm Drev: Logo Scaricato, ricordarsi di attivarlo"});

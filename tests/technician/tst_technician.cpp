@@ -74,7 +74,6 @@ struct FilledForms final : DocumentForms {
     QList<CustomerEntry> customers;
 };
 
-
 QString yes(bool b)
 {
     return b ? "yes" : "no";
@@ -171,7 +170,9 @@ const QHash<QString, std::function<QStringList(const QString&)>> kRules{
     {"completion", completionOf},
     {"question",
      [](const QString& which) {
-         const Question q = which == "closure" ? dailyClosureQuestion() : which == "reprint" ? reprintQuestion() : testReceiptQuestion();
+         const Question q = which == "closure"   ? dailyClosureQuestion()
+                          : which == "reprint" ? reprintQuestion()
+                                               : testReceiptQuestion();
          QStringList buttons;
          for (Button b : q.buttons)
              buttons << kButtons[int(b)];
@@ -388,7 +389,8 @@ void TechnicianTest::rules()
 void TechnicianTest::onASlowRegister_data()
 {
     // What is done: a key by caption, two invoices or a credit note; a fault of the register; what the PC sent, display
-    // reads apart, and how many of those (a document reads it before it starts and after each key); virtual ms spent in pauses at least; whether the last read showed.
+    // reads apart, and how many of those (a document reads it before it starts and after each key); virtual ms
+    // spent in pauses at least; whether the last read showed.
     columns<QString, QString, QStringList, int, qint64, bool>("done", "fault", "wire", "reads", "pauses", "shown");
     row("SC €", "SC \u20AC", "", QStringList{")/67/", ")/22/", ")/90/"}, 1, qint64(300), true);
     row("PLU waits longer", "PLU", "", QStringList{")/51/"}, 1, qint64(300), true);
