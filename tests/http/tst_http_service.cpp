@@ -155,24 +155,38 @@ void HttpServiceTest::receiptPrintedOnceAcrossRestart()
 
 void HttpServiceTest::badRequestsChangeNothing_data()
 {
-    columns<QByteArray, QByteArray, QByteArray, QByteArray, int>("method", "path", "body", "headers", "status");
-    const QByteArray receipts = "/api/v1/receipts";
-    QTest::newRow("malformed JSON") << QByteArray("POST") << receipts << QByteArray(R"({"id":"A",)") << QByteArray() << 400;
-    QTest::newRow("body over the limit") << QByteArray("POST") << receipts << QByteArray(2 * 1024 * 1024, ' ') << QByteArray() << 413;
-    QTest::newRow("unknown id") << QByteArray("GET") << receipts + "/NOPE" << QByteArray() << QByteArray() << 404;
-    QTest::newRow("another address") << QByteArray("POST") << receipts << QByteArray(R"({"id":"A","lines":["5/"]})") << QByteArray("Host: 192.168.1.9\r\n") << 421;
-    QTest::newRow("command without token") << QByteArray("POST") << QByteArray("/api/v1/commands") << QByteArray(R"({"record":"x/7/0/0/"})") << QByteArray() << 401;
-    QTest::newRow("command, no record") << QByteArray("POST") << QByteArray("/api/v1/commands") << QByteArray(R"({"record":""})") << QByteArray("Authorization: Bearer t0k\r\n") << 400;
-    QTest::newRow("wrong method") << QByteArray("DELETE") << QByteArray("/api/v1/status") << QByteArray() << QByteArray() << 405;
+    // error: the exact text where the reason is the client's to read, else only that there is one.
+    columns<bool, QByteArray, QByteArray, QByteArray, QByteArray, int, QString>("serverOn", "method", "path", "body",
+                                                                                "headers", "status", "error");
+    const QByteArray post = "POST", receipts = "/api/v1/receipts", commands = "/api/v1/commands";
+    const QByteArray good = R"({"id":"A","lines":["5/"]})", none;
+    row("malformed JSON", true, post, receipts, QByteArray(R"({"id":"A",)"), none, 400, QString());
+    row("body over the limit", true, post, receipts, QByteArray(2 * 1024 * 1024, ' '), none, 413, QString());
+    row("unknown id", true, QByteArray("GET"), receipts + "/NOPE", none, none, 404, QString("Scontrino \"NOPE\" sconosciuto"));
+    row("another address", true, post, receipts, good, QByteArray("Host: 192.168.1.9\r\n"), 421, QString());
+    row("command without token", true, post, commands, QByteArray(R"({"record":"x/7/0/0/"})"), none, 401, QString());
+    row("command, no record", true, post, commands, QByteArray(R"({"record":""})"), QByteArray("Authorization: Bearer t0k\r\n"),
+        400, QString());
+    row("wrong method", true, QByteArray("DELETE"), QByteArray("/api/v1/status"), none, none, 405,
+        QString("Metodo non ammesso per /api/v1/status"));
+    // Switched off in the window: a receipt is turned away, not kept for later.
+    row("server off", false, post, receipts, good, none, 503, QString("Server scontrini spento: scontrino non accettato"));
 }
 
 void HttpServiceTest::badRequestsChangeNothing()
 {
     const QStringList before = journal();
+    if (!fetch<bool>("serverOn")) {
+        driver_->setServerEnabled(false);
+        QTRY_VERIFY(!driver_->status().serverOn);
+    }
     const Reply reply = call(fetch<QByteArray>("method"), fetch<QByteArray>("path"), fetch<QByteArray>("body"),
                              fetch<QByteArray>("headers"));
     QTEST(reply.status, "status");
-    QVERIFY(!reply.json[QStringLiteral("error")].toString().isEmpty());
+    const QString error = reply.json[QStringLiteral("error")].toString();
+    QVERIFY(!error.isEmpty());
+    if (!fetch<QString>("error").isEmpty())
+        QTEST(error, "error");
     QCOMPARE(state(QStringLiteral("A")), QString()); // not queued, not remembered
     QTest::qWait(100);
     QCOMPARE(journal(), before);
