@@ -1,211 +1,296 @@
-// The ECR programming tab against the built-in virtual register: the
-// dispatcher's questions and messages, what reaches the register, and
-// read-backs that give back what was downloaded.
+// The ECR programming tab and the logo pages against the built-in virtual
+// register: the dispatcher's questions and messages, what reaches the
+// register, read-backs that give back what was downloaded, and logos loaded
+// through the file dialog, refused when bad, and downloaded.
 #include "EcrWindow.h"
+#include "Table.h"
 #include "app/IniFile.h"
 #include "ui/EcrConfigTab.h"
-#include "ui/MainForm.h"
+#include "ui/LogoPage.h"
 
+#include <QBuffer>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
-#include <QFile>
-#include <QGuiApplication>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QProgressBar>
 #include <QRadioButton>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QTabWidget>
 #include <QTableWidget>
-#include <QTemporaryDir>
-#include <QTest>
 
 using namespace kelm;
 using Button = ui::Dialogs::Button;
 
+namespace {
+
+const QString kAdvice = QStringLiteral(
+    "Kelm Drev: Il sistema ridimensionerà automaticamente\r\nle immagini alla risoluzione più vicina a \r\n"
+    "[64,128,256] x [64,128,256].\r\nSi consiglia di caricare immagini già\r\ndimensionate opportunamente");
+
+// A picture of the given size, black with a white right edge four pixels wide, as a file of `format`.
+QByteArray picture(QSize size, const char* format = "BMP")
+{
+    QImage image(size, QImage::Format_RGB888);
+    image.fill(Qt::black);
+    for (int y = 0; y < size.height(); ++y)
+        for (int x = size.width() - 4; x < size.width(); ++x)
+            image.setPixelColor(x, y, Qt::white);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+// Loads `bytes` as a BMP file into logo page `page`.
+void load(EcrWindow& w, int page, const QByteArray& bytes)
+{
+    w.dialogs.chosenFile = w.dir.filePath(QStringLiteral("logo%1.bmp").arg(w.dialogs.asked.size()));
+    writeFile(w.dialogs.chosenFile, bytes);
+    w.click(QStringLiteral("cmdBMPLoad_%1").arg(page));
+}
+
+// The size labels and the size of the picture shown, of logo page `page`.
+QString shownSize(const EcrWindow& w, int page)
+{
+    const QSize shown = w.find<QLabel>(QStringLiteral("picLogo_%1").arg(page))->pixmap().size();
+    return w.find<QLabel>(QStringLiteral("lbmBMPWidth_%1").arg(page))->text() + u' '
+        + w.find<QLabel>(QStringLiteral("lblBMPHeight_%1").arg(page))->text()
+        + QStringLiteral(" %1x%2").arg(shown.width()).arg(shown.height());
+}
+
+const QImage& logo(const EcrWindow& w, int page)
+{
+    return w.find<ui::LogoPage>("pageLoghi")->pictures()[page];
+}
+
+} // namespace
 
 class EcrConfigTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void headerConfirmation_data();
-    void headerConfirmation();
+    void headerConfirmation()
+    {
+        const bool ok = fetch<bool>("ok");
+        EcrWindow w;
+        w.dialogs.answers = {ok ? Button::Ok : Button::Cancel};
+        w.find<QLineEdit>("txtHeaderText_0")->setText(QStringLiteral("BAR CENTRALE"));
+        w.find<QComboBox>("cmbHeaderAlign_0")->setCurrentIndex(2);
+        w.click("cmdSetParametri_0");
+        QCOMPARE(w.dialogs.asked, QStringList{"ATTENZIONE: L'intestazione degli scontrini si può cambiare un massimo di "
+                                              "60 volte. Confermare Operazione?"});
+        QVERIFY(w.settle());
+        const IniFile ini(w.ini());
+        QCOMPARE(ini.read("Intestazioni", "Head1", "<none>", 256), ok ? QStringLiteral("20BAR CENTRALE") : "<none>");
+        QCOMPARE(ini.read("Intestazioni", "Head2", "<none>", 256), ok ? QStringLiteral("00") : "<none>");
+        QCOMPARE(w.dialogs.shown, ok ? QStringList{"Kelm Drev: Intestazione Scaricata"} : QStringList{});
+        const QStringList header = w.journal().filter(QRegularExpression("^H/"));
+        QCOMPARE(header.size(), ok ? 1 : 0);
+        QVERIFY(!ok || header[0].startsWith(QStringLiteral("H/1/          BAR CENTRALE          /1//1//")));
+    }
+
     void emptyAndUnknownIndices_data();
-    void emptyAndUnknownIndices();
-    void vatRatesDownloadThenRead();
-    void departmentsDownloadThenRead();
-    void paymentsDownloadThenRead();
-    void sParametersResetRecord();
-    void scrollMessageSavesOnlyTheSelected();
-    void typedSlashShowsAsBackslash_data();
-    void typedSlashShowsAsBackslash();
+    void emptyAndUnknownIndices()
+    {
+        EcrWindow w;
+        const QCursor* before = QGuiApplication::overrideCursor();
+        w.form->findChild<ui::EcrConfigTab*>()->cmdSetParametri_Click(fetch<int>("index"));
+        QCOMPARE(w.dialogs.shown, fetch<QStringList>("shown"));
+        QCOMPARE(QGuiApplication::overrideCursor(), before); // the hourglass is gone on every path
+    }
+
+    void vatRatesDownloadThenRead()
+    {
+        EcrWindow w;
+        const QStringList rates = {"4.00", "10.00", "22.00", "5.00", "0.00"};
+        for (int i = 0; i < 5; ++i)
+            w.find<QLineEdit>(QStringLiteral("txtIVA_%1").arg(i))->setText(rates[i]);
+        w.dialogs.answers = {Button::Ok};
+        w.click("cmdSetParametri_10");
+        QVERIFY(w.shown(1));
+        QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Aliquote IVA scaricate"));
+        QVERIFY(w.journal().contains(QStringLiteral("b/4.00/10.00/22.00/5.00/0.00/")));
+        for (int i = 0; i < 5; ++i)
+            w.find<QLineEdit>(QStringLiteral("txtIVA_%1").arg(i))->clear();
+        w.click("cmdReadIVA");
+        QTRY_COMPARE(w.find<QLineEdit>("txtIVA_2")->text(), QStringLiteral("22.00"));
+        QCOMPARE(w.find<QLineEdit>("txtIVA_0")->text(), QStringLiteral("4.00"));
+    }
+
+    void departmentsDownloadThenRead()
+    {
+        EcrWindow w;
+        QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled()); // only values from the register
+        w.click("cmdreadParmIVAREP");
+        QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
+        for (int i = 0; i < 20; ++i)
+            w.find<QComboBox>(QStringLiteral("cmbDPTCodIVA_%1").arg(i))->setCurrentIndex(0);
+        w.find<QLineEdit>("txtDEPTDescription_6")->setText(QStringLiteral("BEVANDE"));
+        w.find<QComboBox>("cmbDPTCodIVA_6")->setCurrentIndex(1);
+        w.click("cmdSetParametri_3");
+        QVERIFY(w.shown(1));
+        QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Reparti scaricati"));
+        QVERIFY(w.journal().contains(QStringLiteral("D/7/BEVANDE/2//////")));
+        w.click("cmdDPTClear");
+        QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
+        QCOMPARE(w.find<QLineEdit>("txtDEPTDescription_6")->text(), QString());
+        w.click("cmdreadParmIVAREP");
+        QTRY_COMPARE(w.find<QLineEdit>("txtDEPTDescription_6")->text(), QStringLiteral("BEVANDE"));
+        QCOMPARE(w.find<QComboBox>("cmbDPTCodIVA_6")->currentIndex(), 1);
+    }
+
+    void paymentsDownloadThenRead()
+    {
+        EcrWindow w;
+        // Empty rows would wipe the register's payment types: a read comes first.
+        QVERIFY(!w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
+        w.click("cmdReadPagamenti");
+        QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
+        QVERIFY(w.settle());
+        w.find<QLineEdit>("txtPagDescr_1")->setText(QStringLiteral("CARTA DI CREDITO"));
+        w.find<QLineEdit>("txtPagDescrBreve_1")->setText(QStringLiteral("CARTA"));
+        w.find<QCheckBox>("chkPagResto_1")->setChecked(true);
+        w.click("cmdSetParametri_6");
+        QVERIFY(w.shown(1));
+        QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Kelm Drev: Tabella pagamenti scaricate"));
+        QVERIFY(w.journal().contains(QStringLiteral("Y/2/CREDITO/ARTA/10000000/0/0//1/0/")));
+        w.click("cmdClearPagamenti");
+        QCOMPARE(w.find<QLineEdit>("txtPagDescr_1")->text(), QString());
+        QVERIFY(!w.find<QCheckBox>("chkPagAttivo_1")->isChecked() && !w.find<QCheckBox>("chkPagResto_1")->isChecked());
+        w.click("cmdReadPagamenti");
+        QTRY_COMPARE(w.find<QLineEdit>("txtPagDescr_1")->text(), QStringLiteral("CREDITO"));
+        QVERIFY(w.find<QCheckBox>("chkPagResto_1")->isChecked());
+        QVERIFY(w.find<QCheckBox>("chkPagAttivo_1")->isChecked());
+    }
+
+    void sParametersAndScrollMessage()
+    {
+        EcrWindow w;
+        QVERIFY(!w.find<QPushButton>("cmdSetParametri_9")->isEnabled()); // until a read or a reset
+        w.dialogs.answers = {Button::Yes};
+        w.click("cmdResetParmS");
+        QCOMPARE(w.dialogs.shown, QStringList{"Kelm Drev: Parametri S ripristinati a default ma non salvati."});
+        w.click("cmdSetParametri_9");
+        QVERIFY(w.shown(2));
+        QVERIFY(w.journal().contains(QStringLiteral(
+            "S/00001100001000000001000000/999999/999999/1000000/99999999/0/0/0/1/CASSA -1/27/27/27/27/27/27/27/27/27/"
+            "29/29/29/29/29/29/29/29/29/8/0/")));
+        // Only the selected scroll message is saved and sent.
+        w.find<QLineEdit>("txtScrollMSG_1")->setText(QStringLiteral("not selected"));
+        w.find<QRadioButton>("optScrollMSGEnable_1")->setChecked(true);
+        QTest::keyClicks(w.find<QLineEdit>("txtScrollMSG_2"), QStringLiteral(" SALDI 20% ")); // typing selects it
+        w.click("cmdSetParametri_7");
+        QVERIFY(w.shown(3));
+        QCOMPARE(w.dialogs.shown[2], QStringLiteral("Kelm Drev: Messaggio Scorrevole scaricato\rRicordarsi di attivarlo"));
+        const IniFile ini(w.ini());
+        QCOMPARE(ini.read("Messaggi", "Msg3", "<none>", 96), QStringLiteral("SALDI 20%"));
+        QCOMPARE(ini.read("Messaggi", "Msg2", "<none>", 96), QStringLiteral("<none>"));
+        QVERIFY(w.journal().contains(QStringLiteral("o/SALDI 20%/")));
+    }
+
+    void typedSlashShowsAsBackslash()
+    {
+        EcrWindow w;
+        auto* grid = w.find<QTableWidget>("fgPLU");
+        grid->insertRow(0);
+        grid->edit(grid->model()->index(0, 1));
+        for (QLineEdit* edit : {w.find<QLineEdit>("txtPagTasso_0"), w.find<QLineEdit>("txtPagMarkUp_8"),
+                                w.find<QLineEdit>("txtBCPriceLead_0"), w.find<QLineEdit>("txtPRTIntensity"),
+                                grid->findChild<QLineEdit*>()}) {
+            QTest::keyClicks(edit, QStringLiteral("1/2"));
+            QCOMPARE(edit->text(), QStringLiteral("1\\2"));
+        }
+    }
+
+    void logoLoadFits_data();
+    void logoLoadFits()
+    {
+        EcrWindow w;
+        load(w, 1, picture(fetch<QSize>("size")));
+        QCOMPARE(w.dialogs.asked, QStringList{"Leggi BMP: BMP Files|*.bmp"});
+        QCOMPARE(w.dialogs.shown.join(u'|'), fetch<QString>("shown"));
+        QCOMPARE(shownSize(w, 1), fetch<QString>("size after"));
+        QCOMPARE(w.find<QComboBox>("cmbBMPLarghezza_1")->currentIndex(), fetch<int>("width position"));
+        QCOMPARE(w.find<QComboBox>("cmbBMPAltezza_1")->currentIndex(), fetch<int>("height position"));
+        QVERIFY(logo(w, 0).isNull());
+        w.find<QScrollBar>("HScrBMPZoom_1")->setValue(300);
+        QCOMPARE(w.find<QLabel>("picLogo_1")->pixmap().size(), logo(w, 1).size() * 3);
+    }
+
+    void logoBadFileChangesNothing_data();
+    void logoBadFileChangesNothing()
+    {
+        EcrWindow w;
+        load(w, 0, picture({128, 64}));
+        const QImage before = logo(w, 0);
+        w.dialogs.shown.clear();
+        load(w, 0, fetch<QByteArray>("file"));
+        QCOMPARE(w.dialogs.shown, QStringList({kAdvice, "Attenzione: " + fetch<QString>("message")}));
+        QCOMPARE(logo(w, 0), before);
+        QCOMPARE(shownSize(w, 0), QStringLiteral("Largh.:128 Alt.:64 128x64"));
+    }
+
+    void logoDownloadSendsThePageOnShow_data();
+    void logoDownloadSendsThePageOnShow()
+    {
+        EcrWindow w;
+        for (int page : fetch<QList<int>>("loaded"))
+            load(w, page, picture(page == 1 ? QSize(128, 64) : QSize(64, 64)));
+        w.dialogs.shown.clear();
+        w.find<QTabWidget>("SSTabLoghi")->setCurrentIndex(1);
+        w.click("cmdSetParametri_2");
+        QCOMPARE(w.find<QProgressBar>("pbLogo")->text(), fetch<QString>("progress")); // from none of the records
+        QVERIFY(w.shown(1));
+        QCOMPARE(w.dialogs.shown[0], fetch<QString>("shown"));
+        const QStringList records = w.journal().filter(QRegularExpression(QStringLiteral("^\\$/")));
+        QCOMPARE(records.size(), fetch<int>("records"));
+        QCOMPARE(records.value(0), fetch<QString>("first record"));
+        QCOMPARE(records.filter(QStringLiteral("$/2/128/64/")).size(), records.size());
+    }
 };
 
 void EcrConfigTest::headerConfirmation_data()
 {
-    QTest::addColumn<bool>("ok");
-    QTest::newRow("Cancel sends and saves nothing") << false;
-    QTest::newRow("OK saves, then sends") << true;
-}
-
-void EcrConfigTest::headerConfirmation()
-{
-    QFETCH(bool, ok);
-    EcrWindow w;
-    w.dialogs.answers = {ok ? Button::Ok : Button::Cancel};
-    w.find<QLineEdit>("txtHeaderText_0")->setText(QStringLiteral("BAR CENTRALE"));
-    w.find<QComboBox>("cmbHeaderAlign_0")->setCurrentIndex(2);
-    w.click("cmdSetParametri_0");
-    QCOMPARE(w.dialogs.asked, QStringList{"ATTENZIONE: L'intestazione degli scontrini si può cambiare un massimo di "
-                                          "60 volte. Confermare Operazione?"});
-    const IniFile ini(w.dir.filePath("KelmDrev.ini"));
-    if (!ok) {
-        QTest::qWait(300);
-        QCOMPARE(ini.read("Intestazioni", "Head1", "<none>", 256), QStringLiteral("<none>"));
-        QVERIFY(w.journal().filter(QStringLiteral("H/")).isEmpty());
-        QVERIFY(w.dialogs.shown.isEmpty());
-        return;
-    }
-    QVERIFY(w.shown(1));
-    QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Intestazione Scaricata"));
-    QCOMPARE(ini.read("Intestazioni", "Head1", "<none>", 256), QStringLiteral("20BAR CENTRALE"));
-    QCOMPARE(ini.read("Intestazioni", "Head2", "<none>", 256), QStringLiteral("00"));
-    const QStringList header = w.journal().filter(QStringLiteral("H/"));
-    QCOMPARE(header.size(), 1);
-    QVERIFY(header[0].startsWith(QStringLiteral("H/1/          BAR CENTRALE          /1//1//")));
+    columns<bool>("ok");
+    row("Cancel sends and saves nothing", false);
+    row("OK saves, then sends", true);
 }
 
 void EcrConfigTest::emptyAndUnknownIndices_data()
 {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QStringList>("shown");
-    QTest::newRow("5 is an empty slot") << 5 << QStringList{};
-    QTest::newRow("8 is an empty slot") << 8 << QStringList{};
-    QTest::newRow("11 is unknown") << 11 << QStringList{"Attenzione: Errore 90 : Avvisare produttore"};
+    columns<int, QStringList>("index", "shown");
+    row("5 is an empty slot", 5, QStringList{});
+    row("8 is an empty slot", 8, QStringList{});
+    row("11 is unknown", 11, QStringList{"Attenzione: Errore 90 : Avvisare produttore"});
 }
 
-void EcrConfigTest::emptyAndUnknownIndices()
+void EcrConfigTest::logoLoadFits_data()
 {
-    QFETCH(int, index);
-    QFETCH(QStringList, shown);
-    EcrWindow w;
-    const QCursor* before = QGuiApplication::overrideCursor();
-    w.form->findChild<ui::EcrConfigTab*>()->cmdSetParametri_Click(index);
-    QCOMPARE(w.dialogs.shown, shown);
-    QCOMPARE(QGuiApplication::overrideCursor(), before); // the hourglass is gone on every path
+    columns<QSize, QString, QString, int, int>("size", "shown", "size after", "width position", "height position");
+    row("standard size kept", QSize(64, 64), kAdvice, QString("Largh.:64 Alt.:64 64x64"), 0, 0);
+    row("70x200 fitted", QSize(70, 200),
+        kAdvice + "|Kelm Drev: Logo non  a dimensioni standard.\r\nRidimensione automatica",
+        QString("Largh.:128 Alt.:256 128x256"), 1, 2);
 }
 
-void EcrConfigTest::vatRatesDownloadThenRead()
+void EcrConfigTest::logoBadFileChangesNothing_data()
 {
-    EcrWindow w;
-    const QStringList rates = {"4.00", "10.00", "22.00", "5.00", "0.00"};
-    for (int i = 0; i < 5; ++i)
-        w.find<QLineEdit>(QStringLiteral("txtIVA_%1").arg(i))->setText(rates[i]);
-    w.dialogs.answers = {Button::Ok};
-    w.click("cmdSetParametri_10");
-    QVERIFY(w.shown(1));
-    QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Aliquote IVA scaricate"));
-    QVERIFY(w.journal().contains(QStringLiteral("b/4.00/10.00/22.00/5.00/0.00/")));
-    for (int i = 0; i < 5; ++i)
-        w.find<QLineEdit>(QStringLiteral("txtIVA_%1").arg(i))->clear();
-    w.click("cmdReadIVA");
-    QTRY_COMPARE(w.find<QLineEdit>("txtIVA_2")->text(), QStringLiteral("22.00"));
-    QCOMPARE(w.find<QLineEdit>("txtIVA_0")->text(), QStringLiteral("4.00"));
+    columns<QByteArray, QString>("file", "message");
+    row("not a BMP", picture({64, 64}, "PNG"), QString("Il file non è un'immagine BMP"));
+    row("cut short", picture({64, 64}).left(200), QString("Il file BMP è danneggiato"));
+    row("empty", QByteArray(), QString("Il file è vuoto"));
 }
 
-void EcrConfigTest::departmentsDownloadThenRead()
+void EcrConfigTest::logoDownloadSendsThePageOnShow_data()
 {
-    EcrWindow w;
-    QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled()); // only values from the register
-    w.click("cmdreadParmIVAREP");
-    QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
-    for (int i = 0; i < 20; ++i)
-        w.find<QComboBox>(QStringLiteral("cmbDPTCodIVA_%1").arg(i))->setCurrentIndex(0);
-    w.find<QLineEdit>("txtDEPTDescription_6")->setText(QStringLiteral("BEVANDE"));
-    w.find<QComboBox>("cmbDPTCodIVA_6")->setCurrentIndex(1);
-    w.click("cmdSetParametri_3");
-    QVERIFY(w.shown(1));
-    QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Reparti scaricati"));
-    QVERIFY(w.journal().contains(QStringLiteral("D/7/BEVANDE/2//////")));
-    w.click("cmdDPTClear");
-    QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
-    QCOMPARE(w.find<QLineEdit>("txtDEPTDescription_6")->text(), QString());
-    w.click("cmdreadParmIVAREP");
-    QTRY_COMPARE(w.find<QLineEdit>("txtDEPTDescription_6")->text(), QStringLiteral("BEVANDE"));
-    QCOMPARE(w.find<QComboBox>("cmbDPTCodIVA_6")->currentIndex(), 1);
-}
-
-void EcrConfigTest::paymentsDownloadThenRead()
-{
-    EcrWindow w;
-    // Empty rows would wipe the register's payment types: a read comes first.
-    QVERIFY(!w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
-    w.click("cmdReadPagamenti");
-    QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
-    QVERIFY(w.settle());
-    w.find<QLineEdit>("txtPagDescr_1")->setText(QStringLiteral("CARTA DI CREDITO"));
-    w.find<QLineEdit>("txtPagDescrBreve_1")->setText(QStringLiteral("CARTA"));
-    w.find<QCheckBox>("chkPagResto_1")->setChecked(true);
-    w.click("cmdSetParametri_6");
-    QVERIFY(w.shown(1));
-    QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Kelm Drev: Tabella pagamenti scaricate"));
-    QVERIFY(w.journal().contains(QStringLiteral("Y/2/CREDITO/ARTA/10000000/0/0//1/0/")));
-    w.click("cmdClearPagamenti");
-    QCOMPARE(w.find<QLineEdit>("txtPagDescr_1")->text(), QString());
-    w.click("cmdReadPagamenti");
-    QTRY_COMPARE(w.find<QLineEdit>("txtPagDescr_1")->text(), QStringLiteral("CREDITO"));
-    QVERIFY(w.find<QCheckBox>("chkPagResto_1")->isChecked());
-    QVERIFY(w.find<QCheckBox>("chkPagAttivo_1")->isChecked());
-}
-
-void EcrConfigTest::sParametersResetRecord()
-{
-    EcrWindow w;
-    QVERIFY(!w.find<QPushButton>("cmdSetParametri_9")->isEnabled()); // until a read or a reset
-    w.dialogs.answers = {Button::Yes};
-    w.click("cmdResetParmS");
-    QVERIFY(w.find<QPushButton>("cmdSetParametri_9")->isEnabled());
-    QCOMPARE(w.dialogs.shown, QStringList{"Kelm Drev: Parametri S ripristinati a default ma non salvati."});
-    w.click("cmdSetParametri_9");
-    QVERIFY(w.shown(2));
-    QVERIFY(w.journal().contains(QStringLiteral(
-        "S/00001100001000000001000000/999999/999999/1000000/99999999/0/0/0/1/CASSA -1/27/27/27/27/27/27/27/27/27/"
-        "29/29/29/29/29/29/29/29/29/8/0/")));
-}
-
-void EcrConfigTest::scrollMessageSavesOnlyTheSelected()
-{
-    EcrWindow w;
-    w.find<QLineEdit>("txtScrollMSG_1")->setText(QStringLiteral("not selected"));
-    w.find<QRadioButton>("optScrollMSGEnable_1")->setChecked(true);
-    QTest::keyClicks(w.find<QLineEdit>("txtScrollMSG_2"), QStringLiteral(" SALDI 20% ")); // typing selects it
-    w.click("cmdSetParametri_7");
-    QVERIFY(w.shown(1));
-    QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Messaggio Scorrevole scaricato\rRicordarsi di attivarlo"));
-    const IniFile ini(w.dir.filePath("KelmDrev.ini"));
-    QCOMPARE(ini.read("Messaggi", "Msg3", "<none>", 96), QStringLiteral("SALDI 20%"));
-    QCOMPARE(ini.read("Messaggi", "Msg2", "<none>", 96), QStringLiteral("<none>"));
-    QVERIFY(w.journal().contains(QStringLiteral("o/SALDI 20%/")));
-}
-
-void EcrConfigTest::typedSlashShowsAsBackslash_data()
-{
-    QTest::addColumn<QString>("box"); // a line edit, or "fgPLU" for a cell of the PLU grid
-    for (const char* box : {"txtPagTasso_0", "txtPagMarkUp_8", "txtBCPriceLead_0", "txtPRTIntensity", "fgPLU"})
-        QTest::newRow(box) << QString::fromLatin1(box);
-}
-
-void EcrConfigTest::typedSlashShowsAsBackslash()
-{
-    QFETCH(QString, box);
-    EcrWindow w;
-    QLineEdit* edit = w.find<QLineEdit>(box);
-    if (auto* grid = w.find<QTableWidget>(box)) {
-        grid->insertRow(0);
-        grid->edit(grid->model()->index(0, 1));
-        edit = grid->findChild<QLineEdit*>();
-    }
-    QVERIFY(edit);
-    QTest::keyClicks(edit, QStringLiteral("1/2"));
-    QCOMPARE(edit->text(), QStringLiteral("1\\2"));
+    // Pages loaded, in order.
+    columns<QList<int>, QString, QString, int, QString>("loaded", "progress", "shown", "records", "first record");
+    row("end logo on show", QList<int>{1, 0}, QString("0%"), QString("Kelm Drev: Logo Scaricato, ricordarsi di attivarlo"), 64,
+        QString("$/2/128/64/1/F0000000000000000000000000000000/"));
+    row("no picture on show", QList<int>{0}, QString(), QString("Kelm Drev: Logo non impostato"), 0, QString());
 }
 
 QTEST_MAIN(EcrConfigTest)
