@@ -71,7 +71,12 @@ class EcrConfigTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void headerConfirmation_data();
+    void headerConfirmation_data()
+    {
+        columns<bool>("ok");
+        row("Cancel sends and saves nothing", false);
+        row("OK saves, then sends", true);
+    }
     void headerConfirmation()
     {
         const bool ok = fetch<bool>("ok");
@@ -92,7 +97,13 @@ private Q_SLOTS:
         QVERIFY(!ok || header[0].startsWith(QStringLiteral("H/1/          BAR CENTRALE          /1//1//")));
     }
 
-    void emptyAndUnknownIndices_data();
+    void emptyAndUnknownIndices_data()
+    {
+        columns<int, QStringList>("index", "shown");
+        row("5 is an empty slot", 5, QStringList{});
+        row("8 is an empty slot", 8, QStringList{});
+        row("11 is unknown", 11, QStringList{"Attenzione: Errore 90 : Avvisare produttore"});
+    }
     void emptyAndUnknownIndices()
     {
         EcrWindow w;
@@ -205,7 +216,14 @@ private Q_SLOTS:
         }
     }
 
-    void logoLoadFits_data();
+    void logoLoadFits_data()
+    {
+        columns<QSize, QString, QString, int, int>("size", "shown", "size after", "width position", "height position");
+        row("standard size kept", QSize(64, 64), kAdvice, QString("Largh.:64 Alt.:64 64x64"), 0, 0);
+        row("70x200 fitted", QSize(70, 200),
+            kAdvice + "|Kelm Drev: Logo non  a dimensioni standard.\r\nRidimensione automatica",
+            QString("Largh.:128 Alt.:256 128x256"), 1, 2);
+    }
     void logoLoadFits()
     {
         EcrWindow w;
@@ -220,7 +238,13 @@ private Q_SLOTS:
         QCOMPARE(w.find<QLabel>("picLogo_1")->pixmap().size(), logo(w, 1).size() * 3);
     }
 
-    void logoBadFileChangesNothing_data();
+    void logoBadFileChangesNothing_data()
+    {
+        columns<QByteArray, QString>("file", "message");
+        row("not a BMP", picture({64, 64}, "PNG"), QString("Il file non è un'immagine BMP"));
+        row("cut short", picture({64, 64}).left(200), QString("Il file BMP è danneggiato"));
+        row("empty", QByteArray(), QString("Il file è vuoto"));
+    }
     void logoBadFileChangesNothing()
     {
         EcrWindow w;
@@ -233,7 +257,14 @@ private Q_SLOTS:
         QCOMPARE(shownSize(w, 0), QStringLiteral("Largh.:128 Alt.:64 128x64"));
     }
 
-    void logoDownloadSendsThePageOnShow_data();
+    void logoDownloadSendsThePageOnShow_data()
+    {
+        // Pages loaded, in order.
+        columns<QList<int>, QString, QString, int, QString>("loaded", "progress", "shown", "records", "first record");
+        row("end logo on show", QList<int>{1, 0}, QString("0%"), QString("Kelm Drev: Logo Scaricato, ricordarsi di attivarlo"), 64,
+            QString("$/2/128/64/1/F0000000000000000000000000000000/"));
+        row("no picture on show", QList<int>{0}, QString(), QString("Kelm Drev: Logo non impostato"), 0, QString());
+    }
     void logoDownloadSendsThePageOnShow()
     {
         EcrWindow w;
@@ -251,47 +282,6 @@ private Q_SLOTS:
         QCOMPARE(records.filter(QStringLiteral("$/2/128/64/")).size(), records.size());
     }
 };
-
-void EcrConfigTest::headerConfirmation_data()
-{
-    columns<bool>("ok");
-    row("Cancel sends and saves nothing", false);
-    row("OK saves, then sends", true);
-}
-
-void EcrConfigTest::emptyAndUnknownIndices_data()
-{
-    columns<int, QStringList>("index", "shown");
-    row("5 is an empty slot", 5, QStringList{});
-    row("8 is an empty slot", 8, QStringList{});
-    row("11 is unknown", 11, QStringList{"Attenzione: Errore 90 : Avvisare produttore"});
-}
-
-void EcrConfigTest::logoLoadFits_data()
-{
-    columns<QSize, QString, QString, int, int>("size", "shown", "size after", "width position", "height position");
-    row("standard size kept", QSize(64, 64), kAdvice, QString("Largh.:64 Alt.:64 64x64"), 0, 0);
-    row("70x200 fitted", QSize(70, 200),
-        kAdvice + "|Kelm Drev: Logo non  a dimensioni standard.\r\nRidimensione automatica",
-        QString("Largh.:128 Alt.:256 128x256"), 1, 2);
-}
-
-void EcrConfigTest::logoBadFileChangesNothing_data()
-{
-    columns<QByteArray, QString>("file", "message");
-    row("not a BMP", picture({64, 64}, "PNG"), QString("Il file non è un'immagine BMP"));
-    row("cut short", picture({64, 64}).left(200), QString("Il file BMP è danneggiato"));
-    row("empty", QByteArray(), QString("Il file è vuoto"));
-}
-
-void EcrConfigTest::logoDownloadSendsThePageOnShow_data()
-{
-    // Pages loaded, in order.
-    columns<QList<int>, QString, QString, int, QString>("loaded", "progress", "shown", "records", "first record");
-    row("end logo on show", QList<int>{1, 0}, QString("0%"), QString("Kelm Drev: Logo Scaricato, ricordarsi di attivarlo"), 64,
-        QString("$/2/128/64/1/F0000000000000000000000000000000/"));
-    row("no picture on show", QList<int>{0}, QString(), QString("Kelm Drev: Logo non impostato"), 0, QString());
-}
 
 QTEST_MAIN(EcrConfigTest)
 #include "tst_ui_ecrconfig.moc"

@@ -108,7 +108,17 @@ private Q_SLOTS:
         QVERIFY(w.journal().filter(QStringLiteral("p/")).isEmpty()); // no search beyond the grid
     }
 
-    void downloadThatWouldDeleteOrFail_data();
+    void downloadThatWouldDeleteOrFail_data()
+    {
+        columns<int, Buttons, QStringList, QStringList>("rows", "answers", "asked", "shown");
+        const QString failure = QStringLiteral("Attenzione: Errore in scarico PLU BAD\r\nErrore : 08\r\nIl reparto non esiste");
+        row("empty grid, Cancel preselected: nothing deleted", 0, Buttons{},
+            QStringList{"ATTENZIONE: La griglia PLU è vuota: lo scarico cancella tutte le PLU dell'ECR.\r\nConfermare Operazione?"},
+            QStringList{});
+        row("a failing row: OK goes on", 3, Buttons{}, QStringList(3, failure), QStringList{"Kelm Drev: PLU scaricate"});
+        row("a failing row: Cancel stops", 3, Buttons{Button::Cancel}, QStringList{failure},
+            QStringList{"Kelm Drev: Scarico PLU interrotto: 1 di 3 righe scaricate"});
+    }
     void downloadThatWouldDeleteOrFail()
     {
         EcrWindow w;
@@ -142,7 +152,16 @@ private Q_SLOTS:
         QCOMPARE(grid(w)->rowCount(), 2);
     }
 
-    void loadFile_data();
+    void loadFile_data()
+    {
+        // The file (empty: no such file; "-": no name given), what is shown, the rows added after the one there.
+        columns<QByteArray, QStringList, QStringList>("file", "shown", "added");
+        row("odd lines are loaded and listed", QByteArray("1/A/1/0/1/0/0/00000000/1/1/1/\r\n8001234567890/ACQUA/\r\n"),
+            QStringList{"Attenzione: Righe del file PLU con meno di 8 o più di 10 campi, caricate comunque: 1, 2"},
+            QStringList{"1/A/1/0/1/0/0/00000000///", "8001234567890/ACQUA/////////"});
+        row("no such file", QByteArray(), QStringList{"Attenzione: File Inesistente"}, QStringList{});
+        row("empty name", QByteArray("-"), QStringList{"Attenzione: File Inesistente"}, QStringList{});
+    }
     void loadFile()
     {
         EcrWindow w;
@@ -159,7 +178,14 @@ private Q_SLOTS:
         QCOMPARE(gridLines(w), QStringList(kept) + fetch<QStringList>("added"));
     }
 
-    void saveFile_data();
+    void saveFile_data()
+    {
+        columns<QByteArray, QStringList, QByteArray>("before", "shown", "after");
+        row("new file", QByteArray(), QStringList{},
+            QByteArray("8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/12/6/\r\n22/PANE/2/0/1.2/0/0/00000000///\r\n"));
+        row("existing file is left alone", QByteArray("before\r\n"), QStringList{"Attenzione: File già esistente"},
+            QByteArray("before\r\n"));
+    }
     void saveFile()
     {
         EcrWindow w;
@@ -173,38 +199,6 @@ private Q_SLOTS:
         QCOMPARE(readFile(path), fetch<QByteArray>("after"));
     }
 };
-
-void PluPageTest::downloadThatWouldDeleteOrFail_data()
-{
-    columns<int, Buttons, QStringList, QStringList>("rows", "answers", "asked", "shown");
-    const QString failure = QStringLiteral("Attenzione: Errore in scarico PLU BAD\r\nErrore : 08\r\nIl reparto non esiste");
-    row("empty grid, Cancel preselected: nothing deleted", 0, Buttons{},
-        QStringList{"ATTENZIONE: La griglia PLU è vuota: lo scarico cancella tutte le PLU dell'ECR.\r\nConfermare Operazione?"},
-        QStringList{});
-    row("a failing row: OK goes on", 3, Buttons{}, QStringList(3, failure), QStringList{"Kelm Drev: PLU scaricate"});
-    row("a failing row: Cancel stops", 3, Buttons{Button::Cancel}, QStringList{failure},
-        QStringList{"Kelm Drev: Scarico PLU interrotto: 1 di 3 righe scaricate"});
-}
-
-void PluPageTest::loadFile_data()
-{
-    // The file (empty: no such file; "-": no name given), what is shown, the rows added after the one there.
-    columns<QByteArray, QStringList, QStringList>("file", "shown", "added");
-    row("odd lines are loaded and listed", QByteArray("1/A/1/0/1/0/0/00000000/1/1/1/\r\n8001234567890/ACQUA/\r\n"),
-        QStringList{"Attenzione: Righe del file PLU con meno di 8 o più di 10 campi, caricate comunque: 1, 2"},
-        QStringList{"1/A/1/0/1/0/0/00000000///", "8001234567890/ACQUA/////////"});
-    row("no such file", QByteArray(), QStringList{"Attenzione: File Inesistente"}, QStringList{});
-    row("empty name", QByteArray("-"), QStringList{"Attenzione: File Inesistente"}, QStringList{});
-}
-
-void PluPageTest::saveFile_data()
-{
-    columns<QByteArray, QStringList, QByteArray>("before", "shown", "after");
-    row("new file", QByteArray(), QStringList{},
-        QByteArray("8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/12/6/\r\n22/PANE/2/0/1.2/0/0/00000000///\r\n"));
-    row("existing file is left alone", QByteArray("before\r\n"), QStringList{"Attenzione: File già esistente"},
-        QByteArray("before\r\n"));
-}
 
 QTEST_MAIN(PluPageTest)
 #include "tst_ui_plu.moc"

@@ -148,7 +148,18 @@ private Q_SLOTS:
         QCOMPARE(j, expected);
     }
 
-    void documentForms_data();
+    void documentForms_data()
+    {
+        // "escape", "close", or boxes to fill and the button to press; what is left: customer set,
+        // credit note set, PiCfLength, pending record, reference.
+        columns<QString, QString, QString>("form", "how", "left");
+        for (const char* how : {"escape", "close"}) {
+            row(qPrintable(QStringLiteral("FrmPiCf %1").arg(how)), "FrmPiCf", how, "1 1 0  x/");
+            row(qPrintable(QStringLiteral("FrmNCred %1").arg(how)), "FrmNCred", how, "1 0 11  ");
+            row(qPrintable(QStringLiteral("FrmCliente %1").arg(how)), "FrmCliente", how, "0 1 11 x/ x/");
+        }
+        row("FrmNCred OK", "FrmNCred", "TxtPratica=12-3 TxtRifer=R1 CmdChiude_1", "1 1 11 -/12-3/ 7/1/1/R1/");
+    }
     void documentForms()
     {
         const QString form = fetch<QString>("form");
@@ -189,7 +200,12 @@ private Q_SLOTS:
         QCOMPARE(heights[1], heights[3]);
     }
 
-    void closureQuestion_data();
+    void closureQuestion_data()
+    {
+        columns<bool>("ok");
+        row("Cancel closes nothing", false);
+        row("OK closes and writes the totals", true);
+    }
     void closureQuestion()
     {
         EcrWindow w(kSettings);
@@ -226,45 +242,20 @@ private Q_SLOTS:
         QCOMPARE(j, (QStringList{"B/12/", "G/12/1/1/42/", ")/120/", "B/12/", ")/120/"}));
     }
 
-    void testReceiptFiles_data();
     void testReceiptFiles()
     {
-        const int index = fetch<int>("index");
         EcrWindow w(kSettings);
-        w.dialogs.answers = {Button::Yes, Button::Yes};
-        w.click(QStringLiteral("cmdDemoTicket_%1").arg(index));
-        QCOMPARE(readFile(w.spool() + "/scontrino.txt"), technician::testReceiptFile(index));
-        w.click(QStringLiteral("cmdDemoTicket_%1").arg(index)); // never over a waiting file
-        QCOMPARE(w.dialogs.shown, QStringList{"Kelm Drev: File già esistente."});
+        for (int i = technician::kFirstTestReceipt; i <= technician::kLastTestReceipt; ++i) {
+            w.dialogs.answers = {Button::Yes, Button::Yes};
+            w.click(QStringLiteral("cmdDemoTicket_%1").arg(i));
+            QCOMPARE(readFile(w.spool() + "/scontrino.txt"), technician::testReceiptFile(i));
+            w.click(QStringLiteral("cmdDemoTicket_%1").arg(i)); // never over a waiting file
+            QCOMPARE(w.dialogs.shown.size(), i - technician::kFirstTestReceipt + 1);
+            QVERIFY(QFile::remove(w.spool() + "/scontrino.txt"));
+        }
+        QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Kelm Drev: File già esistente."));
     }
 };
-
-void TechnicianTest::documentForms_data()
-{
-    // "escape", "close", or boxes to fill and the button to press; what is left: customer set,
-    // credit note set, PiCfLength, pending record, reference.
-    columns<QString, QString, QString>("form", "how", "left");
-    for (const char* how : {"escape", "close"}) {
-        row(qPrintable(QStringLiteral("FrmPiCf %1").arg(how)), "FrmPiCf", how, "1 1 0  x/");
-        row(qPrintable(QStringLiteral("FrmNCred %1").arg(how)), "FrmNCred", how, "1 0 11  ");
-        row(qPrintable(QStringLiteral("FrmCliente %1").arg(how)), "FrmCliente", how, "0 1 11 x/ x/");
-    }
-    row("FrmNCred OK", "FrmNCred", "TxtPratica=12-3 TxtRifer=R1 CmdChiude_1", "1 1 11 -/12-3/ 7/1/1/R1/");
-}
-
-void TechnicianTest::closureQuestion_data()
-{
-    columns<bool>("ok");
-    row("Cancel closes nothing", false);
-    row("OK closes and writes the totals", true);
-}
-
-void TechnicianTest::testReceiptFiles_data()
-{
-    columns<int>("index");
-    for (int i = technician::kFirstTestReceipt; i <= technician::kLastTestReceipt; ++i)
-        row(qPrintable(technician::testReceiptCaption(i)), i);
-}
 
 QTEST_MAIN(TechnicianTest)
 #include "tst_ui_technician.moc"
