@@ -14,6 +14,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPainter>
 #include <QProgressBar>
 #include <QRadioButton>
 #include <QRegularExpression>
@@ -36,14 +37,11 @@ QByteArray picture(QSize size, const char* format = "BMP")
 {
     QImage image(size, QImage::Format_RGB888);
     image.fill(Qt::black);
-    for (int y = 0; y < size.height(); ++y)
-        for (int x = size.width() - 4; x < size.width(); ++x)
-            image.setPixelColor(x, y, Qt::white);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
+    QPainter(&image).fillRect(size.width() - 4, 0, 4, size.height(), Qt::white);
+    QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, format);
-    return bytes;
+    return buffer.data();
 }
 
 // Loads `bytes` as a BMP file into logo page `page`.
@@ -144,19 +142,13 @@ private Q_SLOTS:
         QVERIFY(!ok || header[0].startsWith(QStringLiteral("H/1/          BAR CENTRALE          /1//1//")));
     }
 
-    void emptyAndUnknownIndices_data()
-    {
-        columns<int, QStringList>("index", "shown");
-        row("5 is an empty slot", 5, QStringList{});
-        row("8 is an empty slot", 8, QStringList{});
-        row("11 is unknown", 11, QStringList{"Attenzione: Errore 90 : Avvisare produttore"});
-    }
     void emptyAndUnknownIndices()
     {
         EcrWindow w;
         const QCursor* before = QGuiApplication::overrideCursor();
-        w.form->findChild<ui::EcrConfigTab*>()->cmdSetParametri_Click(fetch<int>("index"));
-        QCOMPARE(w.dialogs.shown, fetch<QStringList>("shown"));
+        for (int index : {5, 8, 11})
+            w.form->findChild<ui::EcrConfigTab*>()->cmdSetParametri_Click(index);
+        QCOMPARE(w.dialogs.shown, QStringList{"Attenzione: Errore 90 : Avvisare produttore"}); // 5 and 8 are empty slots
         QCOMPARE(QGuiApplication::overrideCursor(), before); // the hourglass is gone on every path
     }
 
@@ -263,45 +255,34 @@ private Q_SLOTS:
         }
     }
 
-    void logoLoadFits_data()
-    {
-        columns<QSize, QString, QString, int, int>("size", "shown", "size after", "width position", "height position");
-        row("standard size kept", QSize(64, 64), kAdvice, QString("Largh.:64 Alt.:64 64x64"), 0, 0);
-        row("70x200 fitted", QSize(70, 200),
-            kAdvice + "|Kelm Drev: Logo non  a dimensioni standard.\r\nRidimensione automatica",
-            QString("Largh.:128 Alt.:256 128x256"), 1, 2);
-    }
-    void logoLoadFits()
+    void logoLoading()
     {
         EcrWindow w;
-        load(w, 1, picture(fetch<QSize>("size")));
+        load(w, 1, picture({70, 200}));
         QCOMPARE(w.dialogs.asked, QStringList{"Leggi BMP: BMP Files|*.bmp"});
-        QCOMPARE(w.dialogs.shown.join(u'|'), fetch<QString>("shown"));
-        QCOMPARE(shownSize(w, 1), fetch<QString>("size after"));
-        QCOMPARE(w.find<QComboBox>("cmbBMPLarghezza_1")->currentIndex(), fetch<int>("width position"));
-        QCOMPARE(w.find<QComboBox>("cmbBMPAltezza_1")->currentIndex(), fetch<int>("height position"));
+        QCOMPARE(w.dialogs.shown, QStringList({kAdvice, "Kelm Drev: Logo non  a dimensioni standard.\r\nRidimensione automatica"}));
+        QCOMPARE(shownSize(w, 1), QStringLiteral("Largh.:128 Alt.:256 128x256"));
+        QCOMPARE(w.find<QComboBox>("cmbBMPLarghezza_1")->currentIndex(), 1);
+        QCOMPARE(w.find<QComboBox>("cmbBMPAltezza_1")->currentIndex(), 2);
         QVERIFY(logo(w, 0).isNull());
+        // A bad file changes nothing.
+        const QImage before = logo(w, 1);
+        for (const auto& [file, message] : {std::pair{picture({64, 64}, "PNG"), "Il file non è un'immagine BMP"},
+                                            {picture({64, 64}).left(200), "Il file BMP è danneggiato"},
+                                            {QByteArray(), "Il file è vuoto"}}) {
+            w.dialogs.shown.clear();
+            load(w, 1, file);
+            QCOMPARE(w.dialogs.shown, QStringList({kAdvice, "Attenzione: " + QString::fromUtf8(message)}));
+            QCOMPARE(logo(w, 1), before);
+            QCOMPARE(shownSize(w, 1), QStringLiteral("Largh.:128 Alt.:256 128x256"));
+        }
         w.find<QScrollBar>("HScrBMPZoom_1")->setValue(300);
-        QCOMPARE(w.find<QLabel>("picLogo_1")->pixmap().size(), logo(w, 1).size() * 3);
-    }
-
-    void logoBadFileChangesNothing_data()
-    {
-        columns<QByteArray, QString>("file", "message");
-        row("not a BMP", picture({64, 64}, "PNG"), QString("Il file non è un'immagine BMP"));
-        row("cut short", picture({64, 64}).left(200), QString("Il file BMP è danneggiato"));
-        row("empty", QByteArray(), QString("Il file è vuoto"));
-    }
-    void logoBadFileChangesNothing()
-    {
-        EcrWindow w;
-        load(w, 0, picture({128, 64}));
-        const QImage before = logo(w, 0);
+        QCOMPARE(w.find<QLabel>("picLogo_1")->pixmap().size(), QSize(128, 256) * 3);
+        // A standard size is kept as it is.
         w.dialogs.shown.clear();
-        load(w, 0, fetch<QByteArray>("file"));
-        QCOMPARE(w.dialogs.shown, QStringList({kAdvice, "Attenzione: " + fetch<QString>("message")}));
-        QCOMPARE(logo(w, 0), before);
-        QCOMPARE(shownSize(w, 0), QStringLiteral("Largh.:128 Alt.:64 128x64"));
+        load(w, 0, picture({64, 64}));
+        QCOMPARE(w.dialogs.shown, QStringList{kAdvice});
+        QCOMPARE(shownSize(w, 0), QStringLiteral("Largh.:64 Alt.:64 64x64"));
     }
 
     void logoDownloadSendsThePageOnShow_data()
