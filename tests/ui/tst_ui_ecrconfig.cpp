@@ -116,30 +116,27 @@ class EcrConfigTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void headerConfirmation_data()
-    {
-        columns<bool>("ok");
-        row("Cancel sends and saves nothing", false);
-        row("OK saves, then sends", true);
-    }
     void headerConfirmation()
     {
-        const bool ok = fetch<bool>("ok");
         EcrWindow w;
-        w.dialogs.answers = {ok ? Button::Ok : Button::Cancel};
+        w.dialogs.answers = {Button::Cancel, Button::Ok};
         w.find<QLineEdit>("txtHeaderText_0")->setText(QStringLiteral("BAR CENTRALE"));
         w.find<QComboBox>("cmbHeaderAlign_0")->setCurrentIndex(2);
-        w.click("cmdSetParametri_0");
-        QCOMPARE(w.dialogs.asked, QStringList{"ATTENZIONE: L'intestazione degli scontrini si può cambiare un massimo di "
-                                              "60 volte. Confermare Operazione?"});
+        w.click("cmdSetParametri_0"); // Cancel sends and saves nothing
         QVERIFY(w.settle());
+        QVERIFY(w.dialogs.shown.isEmpty() && w.journal().filter(QRegularExpression("^H/")).isEmpty());
+        QCOMPARE(IniFile(w.ini()).read("Intestazioni", "Head1", "<none>", 256), QStringLiteral("<none>"));
+        w.click("cmdSetParametri_0"); // OK saves, then sends
+        QCOMPARE(w.dialogs.asked, QStringList(2, "ATTENZIONE: L'intestazione degli scontrini si può cambiare un massimo di "
+                                                 "60 volte. Confermare Operazione?"));
+        QVERIFY(w.shown(1));
+        QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Intestazione Scaricata"));
         const IniFile ini(w.ini());
-        QCOMPARE(ini.read("Intestazioni", "Head1", "<none>", 256), ok ? QStringLiteral("20BAR CENTRALE") : "<none>");
-        QCOMPARE(ini.read("Intestazioni", "Head2", "<none>", 256), ok ? QStringLiteral("00") : "<none>");
-        QCOMPARE(w.dialogs.shown, ok ? QStringList{"Kelm Drev: Intestazione Scaricata"} : QStringList{});
+        QCOMPARE(ini.read("Intestazioni", "Head1", "<none>", 256), QStringLiteral("20BAR CENTRALE"));
+        QCOMPARE(ini.read("Intestazioni", "Head2", "<none>", 256), QStringLiteral("00"));
         const QStringList header = w.journal().filter(QRegularExpression("^H/"));
-        QCOMPARE(header.size(), ok ? 1 : 0);
-        QVERIFY(!ok || header[0].startsWith(QStringLiteral("H/1/          BAR CENTRALE          /1//1//")));
+        QCOMPARE(header.size(), 1);
+        QVERIFY(header[0].startsWith(QStringLiteral("H/1/          BAR CENTRALE          /1//1//")));
     }
 
     void emptyAndUnknownIndices()
@@ -397,51 +394,29 @@ private Q_SLOTS:
         QCOMPARE(grid(w)->rowCount(), 2);
     }
 
-    void loadFile_data()
-    {
-        // The file (empty: no such file; "-": no name given), what is shown, the rows added after the one there.
-        columns<QByteArray, QStringList, QStringList>("file", "shown", "added");
-        row("odd lines are loaded and listed", QByteArray("1/A/1/0/1/0/0/00000000/1/1/1/\r\n8001234567890/ACQUA/\r\n"),
-            QStringList{"Attenzione: Righe del file PLU con meno di 8 o più di 10 campi, caricate comunque: 1, 2"},
-            QStringList{"1/A/1/0/1/0/0/00000000///", "8001234567890/ACQUA/////////"});
-        row("no such file", QByteArray(), QStringList{"Attenzione: File Inesistente"}, QStringList{});
-        row("empty name", QByteArray("-"), QStringList{"Attenzione: File Inesistente"}, QStringList{});
-    }
-    void loadFile()
+    void loadAndSaveFile()
     {
         EcrWindow w;
         const QString kept = QStringLiteral("1/OLD/1/0/1/0/0/00000000/3/3/");
         typeRows(w, {kept});
-        const QByteArray file = fetch<QByteArray>("file");
-        if (!file.isEmpty())
-            writeFile(w.dir.filePath("items.txt"), file);
-        w.dialogs.typed = {file == "-" ? QString() : w.dir.filePath("items.txt")};
-        w.click("cmdPLULeggiFile");
-        QCOMPARE(w.dialogs.asked, QStringList{"Attenzione: Indicare il nome del file PLU"});
-        QCOMPARE(w.dialogs.proposals, QStringList{w.dir.path() + "/plu.txt"});
-        QCOMPARE(w.dialogs.shown, fetch<QStringList>("shown"));
-        QCOMPARE(gridLines(w), QStringList(kept) + fetch<QStringList>("added"));
-    }
-
-    void saveFile_data()
-    {
-        columns<QByteArray, QStringList, QByteArray>("before", "shown", "after");
-        row("new file", QByteArray(), QStringList{},
-            QByteArray("8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/12/6/\r\n22/PANE/2/0/1.2/0/0/00000000///\r\n"));
-        row("existing file is left alone", QByteArray("before\r\n"), QStringList{"Attenzione: File già esistente"},
-            QByteArray("before\r\n"));
-    }
-    void saveFile()
-    {
-        EcrWindow w;
-        const QString path = w.dir.filePath("plu.txt");
-        const QByteArray before = fetch<QByteArray>("before");
-        if (!before.isEmpty())
-            writeFile(path, before);
-        typeRows(w, {"8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/12/6/", "22/PANE/2/0/1.2/0/0/00000000///"});
+        w.dialogs.typed = {w.dir.filePath("missing.txt"), QString(), w.dir.filePath("items.txt")};
+        writeFile(w.dialogs.typed[2], "1/A/1/0/1/0/0/00000000/1/1/1/\r\n8001234567890/ACQUA/\r\n");
+        for (int i = 0; i < 3; ++i)
+            w.click("cmdPLULeggiFile");
+        QCOMPARE(w.dialogs.asked, QStringList(3, "Attenzione: Indicare il nome del file PLU"));
+        QCOMPARE(w.dialogs.proposals, QStringList(3, w.dir.path() + "/plu.txt"));
+        QCOMPARE(w.dialogs.shown, QStringList({"Attenzione: File Inesistente", "Attenzione: File Inesistente",
+                                               "Attenzione: Righe del file PLU con meno di 8 o più di 10 campi, caricate comunque: 1, 2"}));
+        // Appended, counters not loaded; saved as the grid shows, and never over a file.
+        const QStringList rows = {kept, "1/A/1/0/1/0/0/00000000///", "8001234567890/ACQUA/////////"};
+        QCOMPARE(gridLines(w), rows);
         w.click("cmdPLUSalvaFile"); // the proposal is taken
-        QCOMPARE(w.dialogs.shown, fetch<QStringList>("shown"));
-        QCOMPARE(readFile(path), fetch<QByteArray>("after"));
+        const QByteArray saved = (rows.join("\r\n") + "\r\n").toLatin1();
+        QCOMPARE(readFile(w.dir.filePath("plu.txt")), saved);
+        w.click("cmdCancellaPLU");
+        w.click("cmdPLUSalvaFile");
+        QCOMPARE(readFile(w.dir.filePath("plu.txt")), saved);
+        QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Attenzione: File già esistente"));
     }
 };
 
