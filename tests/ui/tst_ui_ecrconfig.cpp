@@ -149,7 +149,7 @@ private Q_SLOTS:
         QCOMPARE(QGuiApplication::overrideCursor(), before); // the hourglass is gone on every path
     }
 
-    void vatRatesDownloadThenRead()
+    void tablesDownloadThenRead()
     {
         EcrWindow w;
         const QStringList rates = {"4.00", "10.00", "22.00", "5.00", "0.00"};
@@ -165,12 +165,8 @@ private Q_SLOTS:
         w.click("cmdReadIVA");
         QTRY_COMPARE(w.find<QLineEdit>("txtIVA_2")->text(), QStringLiteral("22.00"));
         QCOMPARE(w.find<QLineEdit>("txtIVA_0")->text(), QStringLiteral("4.00"));
-    }
-
-    void departmentsDownloadThenRead()
-    {
-        EcrWindow w;
-        QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled()); // only values from the register
+        // Departments: only values from the register are sent.
+        QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
         w.click("cmdreadParmIVAREP");
         QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
         for (int i = 0; i < 20; ++i)
@@ -178,8 +174,8 @@ private Q_SLOTS:
         w.find<QLineEdit>("txtDEPTDescription_6")->setText(QStringLiteral("BEVANDE"));
         w.find<QComboBox>("cmbDPTCodIVA_6")->setCurrentIndex(1);
         w.click("cmdSetParametri_3");
-        QVERIFY(w.shown(1));
-        QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Reparti scaricati"));
+        QVERIFY(w.shown(2));
+        QCOMPARE(w.dialogs.shown[1], QStringLiteral("Kelm Drev: Reparti scaricati"));
         QVERIFY(w.journal().contains(QStringLiteral("D/7/BEVANDE/2//////")));
         w.click("cmdDPTClear");
         QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
@@ -187,12 +183,7 @@ private Q_SLOTS:
         w.click("cmdreadParmIVAREP");
         QTRY_COMPARE(w.find<QLineEdit>("txtDEPTDescription_6")->text(), QStringLiteral("BEVANDE"));
         QCOMPARE(w.find<QComboBox>("cmbDPTCodIVA_6")->currentIndex(), 1);
-    }
-
-    void paymentsDownloadThenRead()
-    {
-        EcrWindow w;
-        // Empty rows would wipe the register's payment types: a read comes first.
+        // Payments: empty rows would wipe the register's payment types: a read comes first.
         QVERIFY(!w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
         w.click("cmdReadPagamenti");
         QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
@@ -201,7 +192,7 @@ private Q_SLOTS:
         w.find<QLineEdit>("txtPagDescrBreve_1")->setText(QStringLiteral("CARTA"));
         w.find<QCheckBox>("chkPagResto_1")->setChecked(true);
         w.click("cmdSetParametri_6");
-        QVERIFY(w.shown(1));
+        QVERIFY(w.shown(3));
         QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Kelm Drev: Tabella pagamenti scaricate"));
         QVERIFY(w.journal().contains(QStringLiteral("Y/2/CREDITO/ARTA/10000000/0/0//1/0/")));
         w.click("cmdClearPagamenti");
