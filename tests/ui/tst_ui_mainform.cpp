@@ -79,6 +79,13 @@ private Q_SLOTS:
         for (const auto& [button, caption] : {std::pair{"cmdChiusuraGIornaliera_0", "Chiusura Giornaliera"},
                                               {"cmdChiusuraGIornaliera_1", "Chiusura Giornaliera"}, {"cmdTechFile", "..."}})
             QCOMPARE(w.find<QPushButton>(button)->text(), QString::fromUtf8(caption));
+        // A second window on the same folder is refused, and the running one comes forward from the tray.
+        w.form->hide();
+        MainForm second({w.dir.path(), false}, &w.dialogs, &w.passwords);
+        QVERIFY(!second.start());
+        QCOMPARE(w.dialogs.shown, QStringList{"ATTENZIONE: Driver già attivo"});
+        QTRY_VERIFY(w.form->isVisible());
+        QCOMPARE(w.panel(3), QStringLiteral("KD-99KDV000001")); // the first one is untouched
     }
 
     void driverTroubleOnTheStatusBar()
@@ -157,17 +164,6 @@ private Q_SLOTS:
         QCOMPARE(after.join(u' '), fetch<QString>("after"));
         QCOMPARE(w.dialogs.shown.join(u'|'), fetch<QString>("shown"));
         QCOMPARE(w.passwords.values[technician::kLoginApplication], fetch<QString>("stored"));
-    }
-
-    void secondInstanceIsRefused()
-    {
-        EcrWindow w;
-        w.form->hide(); // in the tray
-        MainForm second({w.dir.path(), false}, &w.dialogs, &w.passwords);
-        QVERIFY(!second.start());
-        QCOMPARE(w.dialogs.shown, QStringList{"ATTENZIONE: Driver già attivo"});
-        QTRY_VERIFY(w.form->isVisible()); // and the running window comes forward
-        QVERIFY(w.ready()); // the first one is untouched
     }
 
     void startModes_data()
@@ -354,29 +350,8 @@ private Q_SLOTS:
         }
         QVERIFY(w.settle());
         QCOMPARE(w.journal().filter(QRegularExpression("^\\)/\\d+/$")).mid(keys.size()).join(u' '), expected.mid(1));
-    }
-
-    void keyboardSaleHoldsReceiptFiles()
-    {
-        EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
-        QVERIFY(w.ready());
-        w.key(17); // "5": a sale begins on the keyboard
-        QVERIFY(w.settle());
-        w.drop("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-        QTest::qWait(800); // three ticks and more
-        QVERIFY(QFile::exists(w.spool() + "/scontrino.txt")); // it waits in the folder
-        QVERIFY(w.panel(2).startsWith(QStringLiteral("Vendita in corso dalla tastiera")));
-        w.key(41);
-        w.key(43); // "Contanti": the display reads 0 again
-        QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(w.spool() + "/scontrino.txt"), 5000);
-        QTRY_VERIFY(w.journal().contains(QStringLiteral("5/1/0.00/////")));
-        const QStringList j = w.journal();
-        QVERIFY(j.indexOf(QStringLiteral(")/90/")) < j.indexOf(QStringLiteral("3/S/PANE//1/1.00/1/4/")));
-    }
-
-    void console()
-    {
-        EcrWindow w(kSettings);
+        // The console: one record, then a command file.
+        w.find<QTabWidget>("SSTabPrimaria")->setCurrentIndex(3);
         w.find<QLineEdit>("txtSingleCMD")->setText("a/");
         QTest::keyClick(w.find<QLineEdit>("txtSingleCMD"), Qt::Key_Return); // Enter sends, as the button does
         QVERIFY(w.settle());
@@ -398,6 +373,24 @@ private Q_SLOTS:
         QVERIFY(j.lastIndexOf(QStringLiteral("a/")) < j.lastIndexOf(QStringLiteral("s/")));
         // The last item was refused: the box shows its outcome.
         QCOMPARE(w.find<QPlainTextEdit>("txtAnswerCMD")->toPlainText(), QStringLiteral("Errore"));
+    }
+
+    void keyboardSaleHoldsReceiptFiles()
+    {
+        EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
+        QVERIFY(w.ready());
+        w.key(17); // "5": a sale begins on the keyboard
+        QVERIFY(w.settle());
+        w.drop("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+        QTest::qWait(800); // three ticks and more
+        QVERIFY(QFile::exists(w.spool() + "/scontrino.txt")); // it waits in the folder
+        QVERIFY(w.panel(2).startsWith(QStringLiteral("Vendita in corso dalla tastiera")));
+        w.key(41);
+        w.key(43); // "Contanti": the display reads 0 again
+        QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(w.spool() + "/scontrino.txt"), 5000);
+        QTRY_VERIFY(w.journal().contains(QStringLiteral("5/1/0.00/////")));
+        const QStringList j = w.journal();
+        QVERIFY(j.indexOf(QStringLiteral(")/90/")) < j.indexOf(QStringLiteral("3/S/PANE//1/1.00/1/4/")));
     }
 
     void invoiceOnTheCashKey()
