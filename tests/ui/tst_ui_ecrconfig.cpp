@@ -227,6 +227,9 @@ private Q_SLOTS:
         QCOMPARE(ini.read("Messaggi", "Msg3", "<none>", 96), QStringLiteral("SALDI 20%"));
         QCOMPARE(ini.read("Messaggi", "Msg2", "<none>", 96), QStringLiteral("<none>"));
         QVERIFY(w.journal().contains(QStringLiteral("o/SALDI 20%/")));
+        w.find<QLineEdit>("txtScrollMSG_2")->clear();
+        w.click("cmdReadScrolMSG"); // the saved messages come back from the settings
+        QCOMPARE(w.find<QLineEdit>("txtScrollMSG_2")->text(), QStringLiteral("SALDI 20%"));
     }
 
     void typedSlashShowsAsBackslash()
