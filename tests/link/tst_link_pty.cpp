@@ -1,18 +1,22 @@
-// The real serial port class on a pseudo-terminal pair: the bytes really
-// cross a kernel tty, as they do on a USB adapter.
+// The real serial port class on pseudo-terminals, the bytes really crossing a
+// kernel tty as they do on a USB adapter: against a slow far end that logs
+// the wire, and against ecrsim as a program (started, given faults on its
+// standard input, pulled and plugged back, stopped with SIGTERM).
 #include "link/Clock.h"
 #include "link/EcrLink.h"
 #include "link/Framing.h"
 #include "link/SerialPort.h"
 
 #include "Table.h"
-#include <QElapsedTimer>
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
 #include <atomic>
 #include <thread>
-#include <vector>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -27,7 +31,7 @@ namespace {
 
 // The master side of a pty, answering like a register that knows one record.
 // It reads in bursts, as a busy register does, so that the program's bytes
-// sit in the kernel for a while; every byte is logged with its arrival time.
+// sit in the kernel for a while.
 class PtyRegister {
 public:
     PtyRegister()
@@ -40,36 +44,22 @@ public:
         cfmakeraw(&raw);
         tcsetattr(master_, TCSANOW, &raw);
         slave_ = QString::fromLocal8Bit(ptsname(master_));
-        started_.start();
     }
     ~PtyRegister()
     {
         stop();
-        if (master_ >= 0)
-            ::close(master_);
+        ::close(master_);
     }
-
     const QString& slave() const { return slave_; }
-
-    void start(QByteArray answer)
-    {
-        thread_ = std::thread([this, answer = std::move(answer)] { serve(answer); });
-    }
+    void start(QByteArray answer) { thread_ = std::thread([this, answer = std::move(answer)] { serve(answer); }); }
     void stop()
     {
         running_ = false;
         if (thread_.joinable())
             thread_.join();
     }
-    void write(const QByteArray& bytes) { (void)!::write(master_, bytes.constData(), size_t(bytes.size())); }
-    void hangUp()
-    {
-        ::close(master_);
-        master_ = -1;
-    }
     // Every byte received, in order (read once the serving thread stopped).
     const QByteArray& received() const { return received_; }
-    const std::vector<qint64>& arrivalMs() const { return arrivalMs_; }
 
 private:
     void serve(const QByteArray& answer)
@@ -85,15 +75,13 @@ private:
             for (ssize_t i = 0; i < n; ++i) {
                 const auto b = static_cast<quint8>(burst[i]);
                 received_.append(char(b));
-                arrivalMs_.push_back(started_.elapsed());
-                if (inFrame && b == frame::ETX) {
-                    inFrame = false;
-                    write(QByteArray(1, char(frame::ACK)) + char(frame::STX) + answer + char(frame::ETX));
-                } else if (b == frame::STX) {
-                    inFrame = true;
-                } else if (!inFrame && b == frame::ENQ) {
-                    write(QByteArray(1, char(frame::ACK)));
-                }
+                QByteArray reply;
+                if (inFrame && b == frame::ETX)
+                    reply = QByteArray(1, char(frame::ACK)) + char(frame::STX) + answer + char(frame::ETX);
+                else if (!inFrame && b == frame::ENQ)
+                    reply = QByteArray(1, char(frame::ACK));
+                inFrame = b == frame::STX || (inFrame && b != frame::ETX);
+                (void)!::write(master_, reply.constData(), size_t(reply.size()));
             }
         }
     }
@@ -102,9 +90,7 @@ private:
     QString slave_;
     std::thread thread_;
     std::atomic<bool> running_{true};
-    QElapsedTimer started_;
     QByteArray received_;
-    std::vector<qint64> arrivalMs_;
 };
 
 double cpuSeconds()
@@ -112,6 +98,40 @@ double cpuSeconds()
     rusage u{};
     getrusage(RUSAGE_SELF, &u);
     return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) + double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
+}
+
+// ecrsim with its link and journal in a folder of its own.
+struct Sim {
+    QTemporaryDir dir;
+    QProcess process;
+    QString link() const { return dir.filePath("ecr"); }
+    QString journal() const { return dir.filePath("journal.txt"); }
+
+    bool start(const QStringList& extra = {})
+    {
+        process.start(ECRSIM_PATH, QStringList{"--link", link(), "--journal", journal()} + extra);
+        return process.waitForStarted(5000) && nextLine() == "ready";
+    }
+    QByteArray command(const QByteArray& line)
+    {
+        process.write(line + '\n');
+        return nextLine();
+    }
+    QByteArray nextLine()
+    {
+        while (!process.canReadLine())
+            if (!process.waitForReadyRead(5000))
+                return {};
+        return process.readLine().trimmed();
+    }
+};
+
+// One transaction: the link's result and the answer, as "result answer".
+QString transaction(EcrLink& link, const QString& record)
+{
+    QString answer;
+    const int result = int(link.EcrTransaction(record, answer));
+    return QString::number(result) + u' ' + answer;
 }
 
 } // namespace
@@ -123,96 +143,143 @@ private Q_SLOTS:
     void everyWrittenByteReachesTheWire_data()
     {
         columns<int, int>("transactions", "speed");
-        QTest::newRow("one, port closed right after the answer") << 1 << 9600;
-        QTest::newRow("forty in a row at 115200") << 40 << 115200;
+        row("one, port closed right after the answer", 1, 9600);
+        row("forty in a row at 115200", 40, 115200);
     }
     // Whatever the protocol writes is on the wire in its order, however slowly
     // the far end reads: three CAN, ENQ, the frame, and the ACK of every answer,
     // also the last one, written just before the port closes.
     void everyWrittenByteReachesTheWire()
     {
-        QFETCH(int, transactions);
-        QFETCH(int, speed);
+        const int transactions = fetch<int>("transactions");
         PtyRegister ecr;
         ecr.start("00/00/01/99MEA012345/1/");
-        {
-            SerialPort port;
-            QVERIFY2(port.open(ecr.slave(), speed), qPrintable(port.lastError()));
-            SystemClock clock;
-            EcrLink link(port, clock);
-            for (int i = 0; i < transactions; ++i) {
-                QString answer;
-                QCOMPARE(int(link.EcrTransaction(QStringLiteral("3/S/R%1//1/1.00/1/1/").arg(i), answer)), 0);
-                QCOMPARE(answer, QStringLiteral("00/00/01/99MEA012345/1/"));
-            }
-            port.close();
-            QCOMPARE(port.handle(), PortHandle::Closed);
-        }
-        QThread::msleep(100); // the far end reads what is still on its way
-        ecr.stop();
-
+        SerialPort port;
+        QVERIFY2(port.open(ecr.slave(), fetch<int>("speed")), qPrintable(port.lastError()));
+        SystemClock clock;
+        EcrLink link(port, clock);
         QByteArray expected;
         for (int i = 0; i < transactions; ++i) {
-            const QByteArray record = QStringLiteral("3/S/R%1//1/1.00/1/1/").arg(i).toLatin1();
-            expected += "\x18\x18\x18\x05\x02" + record;
-            // two checksum characters, then ETX and the ACK to the answer
-            expected += "cc\x03\x06";
+            const QString record = QStringLiteral("3/S/R%1//1/1.00/1/1/").arg(i);
+            QCOMPARE(transaction(link, record), QStringLiteral("0 00/00/01/99MEA012345/1/"));
+            // two checksum characters (masked below), then ETX and the ACK to the answer
+            expected += "\x18\x18\x18\x05\x02" + record.toLatin1() + "cc\x03\x06";
         }
+        port.close();
+        QCOMPARE(port.handle(), PortHandle::Closed);
+        QThread::msleep(100); // the far end reads what is still on its way
+        ecr.stop();
         QByteArray wire = ecr.received();
-        // Mask the checksums, whose rule is tested elsewhere.
-        for (qsizetype at = wire.indexOf('\x03'); at >= 2; at = wire.indexOf('\x03', at + 1)) {
-            wire[at - 1] = 'c';
-            wire[at - 2] = 'c';
-        }
-        if (wire != expected) {
-            for (size_t i = 0; i < ecr.arrivalMs().size(); ++i)
-                qInfo("%6lld ms  %02x", ecr.arrivalMs()[i], quint8(ecr.received()[qsizetype(i)]));
-        }
+        for (qsizetype at = wire.indexOf('\x03'); at >= 2; at = wire.indexOf('\x03', at + 1))
+            wire[at - 1] = wire[at - 2] = 'c';
         QCOMPARE(wire.toPercentEncoding(), expected.toPercentEncoding());
     }
     void openFailures_data()
     {
         columns<QString, int, int>("name", "speed", "handle");
-        QTest::newRow("no such device") << "/dev/kelmdrev-no-such-port" << 9600 << int(PortHandle::Invalid);
-        QTest::newRow("speed 0: nothing is opened") << "/dev/null" << 0 << int(PortHandle::Closed);
-        QTest::newRow("a name that is not a port") << "Com" << 9600 << int(PortHandle::Invalid);
+        row("no such device", "/dev/kelmdrev-no-such-port", 9600, int(PortHandle::Invalid));
+        row("speed 0: nothing is opened", "/dev/null", 0, int(PortHandle::Closed));
+        row("a name that is not a port", "Com", 9600, int(PortHandle::Invalid));
     }
     void openFailures()
     {
-        QFETCH(QString, name);
-        QFETCH(int, speed);
-        QFETCH(int, handle);
         SerialPort port;
-        QVERIFY(!port.open(name, speed));
-        QCOMPARE(int(port.handle()), handle);
+        QVERIFY(!port.open(fetch<QString>("name"), fetch<int>("speed")));
+        QTEST(int(port.handle()), "handle");
         QVERIFY(!port.lastError().isEmpty());
         QCOMPARE(port.readByte(), quint8(0));
     }
-    void closeDiscardsWaitingBytes()
+    void ecrsimOverThePty()
     {
-        PtyRegister ecr;
-        SerialPort port;
-        QVERIFY(port.open(ecr.slave(), 9600));
-        ecr.write("stale");
-        SystemClock clock;
-        EcrLink link(port, clock);
-        QVERIFY(link.WaitForData(1000));
-        port.close();
-        QVERIFY(port.open(ecr.slave(), 9600));
-        QCOMPARE(port.bytesWaiting(), qint64(0));
+        Sim sim;
+        QVERIFY2(sim.start(), qPrintable(sim.process.readAllStandardError()));
+        QVERIFY(QFileInfo(sim.link()).isSymLink());
+        {
+            SerialPort port;
+            QVERIFY2(port.open(sim.link(), 9600), qPrintable(port.lastError()));
+            SystemClock clock;
+            EcrLink link(port, clock);
+            // What was received and not read is gone once the port closed.
+            port.writeByte(frame::ENQ);
+            QVERIFY(link.WaitForData(1000));
+            port.close();
+            QVERIFY(port.open(sim.link(), 9600));
+            QCOMPARE(port.bytesWaiting(), qint64(0));
+
+            QCOMPARE(transaction(link, "a/"), QStringLiteral("0 00/00/01/99KDV000001/1/KD/IT/1.00/"));
+            QCOMPARE(sim.command("busy 1"), QByteArray("ok"));
+            QCOMPARE(sim.command("busy lots"), QByteArray("error: usage: busy [N]"));
+            QCOMPARE(transaction(link, "x/7/0/0/"), QStringLiteral("0 1A/00/01/x/"));
+            QCOMPARE(sim.command("status"), QByteArray("receipt closed display \"            0.00|                \" records 1"));
+        }
+        sim.process.terminate(); // SIGTERM
+        QVERIFY(sim.process.waitForFinished(5000));
+        QCOMPARE(sim.process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(sim.process.exitCode(), 0);
+        QVERIFY2(!QFileInfo::exists(sim.link()) && !QFileInfo(sim.link()).isSymLink(), "the link is left behind");
+        QFile journal(sim.journal());
+        QVERIFY(journal.open(QIODevice::ReadOnly));
+        QCOMPARE(journal.readAll(), QByteArray("a/\n"));
     }
-    void farEndGoneDoesNotSpin()
+    void unplugHangsUpAndReplugBringsTheLineBack()
     {
-        PtyRegister ecr;
+        Sim sim;
+        QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
+        const int watcher = ::open(QFile::encodeName(sim.link()).constData(), O_RDWR | O_NOCTTY);
         SerialPort port;
-        QVERIFY(port.open(ecr.slave(), 9600));
-        ecr.hangUp();
+        QVERIFY(port.open(sim.link(), 9600));
         SystemClock clock;
         EcrLink link(port, clock);
+        QCOMPARE(transaction(link, "a/"), QStringLiteral("1002 "));
+        QCOMPARE(sim.command("unplug"), QByteArray("ok"));
+        QCOMPARE(sim.nextLine(), QByteArray("unplugged"));
+        QVERIFY(!QFileInfo(sim.link()).isSymLink());
+        // The far end is gone: the line has a hang-up, and waiting on it sleeps, not spins.
+        pollfd p{watcher, POLLIN, 0};
+        QCOMPARE(::poll(&p, 1, 4000), 1);
+        QVERIFY(p.revents & POLLHUP);
+        ::close(watcher);
         const double before = cpuSeconds();
         QCOMPARE(int(link.LinkHandshake()), 1004);
-        // Three rounds of 1 s wait; a busy loop would burn about as much CPU.
         QVERIFY2(cpuSeconds() - before < 0.5, "waiting on a dead line must sleep, not spin");
+
+        QCOMPARE(sim.command("replug"), QByteArray("ok"));
+        QCOMPARE(sim.nextLine(), QByteArray("replugged"));
+        QVERIFY(port.open(sim.link(), 9600));
+        QCOMPARE(transaction(link, "a/").left(5), QStringLiteral("0 00/")); // "can 1" was used up before the pull
+        sim.process.write("quit\n");
+        QVERIFY(sim.process.waitForFinished(5000));
+        QCOMPARE(sim.process.exitCode(), 0);
+    }
+    void commandLines_data()
+    {
+        columns<QStringList, int, QStringList>("arguments", "exitCode", "said"); // said: on standard output or error
+        row("help names every option, fault and command", QStringList{"--help"}, 0,
+            QStringList{"--link", "--journal", "--paper", "--fault", "--baud", "--delay", "busy", "nak", "can", "silence",
+                        "garbage", "broken", "short", "paper", "cover", "fatal", "refuse", "unplug", "replug", "clear",
+                        "status", "quit", "ready"});
+        row("no link", QStringList(), 2, QStringList{"--link PATH is required"});
+        row("bad baud", QStringList{"--link", "x", "--baud", "fast"}, 2, QStringList{"--baud wants"});
+        row("bad fault", QStringList{"--link", "x", "--fault", "paper soon"}, 2, QStringList{"usage: paper MS"});
+        row("unknown fault", QStringList{"--link", "x", "--fault", "wobble 3"}, 2, QStringList{"unknown fault \"wobble\""});
+        row("journal that cannot be written", QStringList{"--link", "x", "--journal", "/nonexistent-dir/journal.txt"}, 2,
+            QStringList{"/nonexistent-dir/journal.txt"});
+        row("unknown option", QStringList{"--lnk", "x"}, 2, QStringList{"lnk"});
+        row("link onto a file", QStringList{"--link", QDir::currentPath() + "/ecrsim-plain-file"}, 2,
+            QStringList{"exists and is not a symbolic link"});
+    }
+    void commandLines()
+    {
+        QFile plain(QDir::currentPath() + "/ecrsim-plain-file");
+        QVERIFY(plain.open(QIODevice::WriteOnly));
+        QProcess p;
+        p.start(ECRSIM_PATH, fetch<QStringList>("arguments"));
+        QVERIFY(p.waitForFinished(5000));
+        plain.remove();
+        QTEST(p.exitCode(), "exitCode");
+        const QString said = QString::fromLocal8Bit(p.readAllStandardOutput() + p.readAllStandardError());
+        for (const QString& words : fetch<QStringList>("said"))
+            QVERIFY2(said.contains(words), qPrintable(words + ": " + said));
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include "link/Framing.h"
 
+#include <QHash>
 #include <QRegularExpression>
 
 using namespace kelm::frame;
@@ -10,12 +11,8 @@ namespace linescript {
 
 namespace {
 
-struct Name {
-    const char* text;
-    quint8 value;
-};
-constexpr Name kNames[] = {{"STX", STX}, {"ETX", ETX}, {"ENQ", ENQ},
-                           {"ACK", ACK}, {"NAK", NAK}, {"CAN", CAN}};
+// The control bytes the notation names.
+const QHash<QString, quint8> kNames{{"STX", STX}, {"ETX", ETX}, {"ENQ", ENQ}, {"ACK", ACK}, {"NAK", NAK}, {"CAN", CAN}};
 
 } // namespace
 
@@ -27,21 +24,13 @@ QList<Step> parse(const QString& script)
                                           QRegularExpression::DotMatchesEverythingOption);
     for (auto it = token.globalMatch(script); it.hasNext();) {
         const auto m = it.next();
-        if (m.hasCaptured(1)) {
-            bool known = false;
-            for (const Name& n : kNames)
-                if (m.captured(1) == QLatin1String(n.text)) {
-                    steps.append({delay, n.value});
-                    known = true;
-                }
-            Q_ASSERT_X(known, "linescript::parse", "unknown control byte name");
-            delay = 0;
-        } else if (m.hasCaptured(2)) {
+        if (m.hasCaptured(2)) {
             delay += m.captured(2).toLongLong();
-        } else {
-            steps.append({delay, static_cast<quint8>(m.captured(3).at(0).toLatin1())});
-            delay = 0;
+            continue;
         }
+        Q_ASSERT_X(!m.hasCaptured(1) || kNames.contains(m.captured(1)), "linescript::parse", "unknown control byte name");
+        steps.append({delay, m.hasCaptured(1) ? kNames.value(m.captured(1)) : quint8(m.captured(3).at(0).toLatin1())});
+        delay = 0;
     }
     return steps;
 }
@@ -50,15 +39,8 @@ QString render(const QByteArray& bytes)
 {
     QString out;
     for (char c : bytes) {
-        const auto value = static_cast<quint8>(c);
-        bool named = false;
-        for (const Name& n : kNames)
-            if (n.value == value) {
-                out += u'<' + QLatin1String(n.text) + u'>';
-                named = true;
-            }
-        if (!named)
-            out += QChar(value);
+        const QString name = kNames.key(static_cast<quint8>(c));
+        out += name.isEmpty() ? QString(QChar(static_cast<quint8>(c))) : u'<' + name + u'>';
     }
     return out;
 }
