@@ -3,7 +3,8 @@
 // A main window on a register (the built-in virtual one unless a device is
 // given), in a folder of its own: controls are found by object name, message
 // boxes answered by a script, and what reached the register is read from its
-// journal.
+// journal. Tests fill their tables with Table.h.
+#include "Table.h"
 #include "technician/TechnicianLogin.h"
 #include "ui/Dialogs.h"
 #include "ui/MainForm.h"

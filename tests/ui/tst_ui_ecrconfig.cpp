@@ -5,7 +5,6 @@
 // deletion beyond the grid and the PLU file. Which PLUs are deleted and how a
 // PLU file reads are the programming tests' tables; here, that the page does it.
 #include "EcrWindow.h"
-#include "Table.h"
 #include "app/IniFile.h"
 #include "ui/EcrConfigTab.h"
 #include "ui/LogoPage.h"
@@ -106,7 +105,9 @@ QStringList items(int from, int to)
 // Waits until the download or read is over.
 bool done(const EcrWindow& w)
 {
-    return QTest::qWaitFor([&] { return w.find<QProgressBar>("pbPLU_0")->isHidden() && w.find<QProgressBar>("pbPLU_1")->isHidden(); })
+    return QTest::qWaitFor([&] {
+               return w.find<QProgressBar>("pbPLU_0")->isHidden() && w.find<QProgressBar>("pbPLU_1")->isHidden();
+           })
         && w.settle();
 }
 
@@ -251,7 +252,8 @@ private Q_SLOTS:
         EcrWindow w;
         load(w, 1, picture({70, 200}));
         QCOMPARE(w.dialogs.asked, QStringList{"Leggi BMP: BMP Files|*.bmp"});
-        QCOMPARE(w.dialogs.shown, QStringList({kAdvice, "Kelm Drev: Logo non  a dimensioni standard.\r\nRidimensione automatica"}));
+        QCOMPARE(w.dialogs.shown,
+                 QStringList({kAdvice, "Kelm Drev: Logo non  a dimensioni standard.\r\nRidimensione automatica"}));
         QCOMPARE(shownSize(w, 1), QStringLiteral("Largh.:128 Alt.:256 128x256"));
         QCOMPARE(w.find<QComboBox>("cmbBMPLarghezza_1")->currentIndex(), 1);
         QCOMPARE(w.find<QComboBox>("cmbBMPAltezza_1")->currentIndex(), 2);
@@ -280,7 +282,8 @@ private Q_SLOTS:
     {
         // Pages loaded, in order.
         columns<QList<int>, QString, QString, int, QString>("loaded", "progress", "shown", "records", "first record");
-        row("end logo on show", QList<int>{1, 0}, QString("0%"), QString("Kelm Drev: Logo Scaricato, ricordarsi di attivarlo"), 64,
+        row("end logo on show", QList<int>{1, 0}, QString("0%"), QString("Kelm Drev: Logo Scaricato, ricordarsi di attivarlo"),
+            64,
             QString("$/2/128/64/1/F0000000000000000000000000000000/"));
         row("no picture on show", QList<int>{0}, QString(), QString("Kelm Drev: Logo non impostato"), 0, QString());
     }
@@ -349,7 +352,8 @@ private Q_SLOTS:
         columns<int, Buttons, QStringList, QStringList>("rows", "answers", "asked", "shown");
         const QString failure = QStringLiteral("Attenzione: Errore in scarico PLU BAD\r\nErrore : 08\r\nIl reparto non esiste");
         row("empty grid, Cancel preselected: nothing deleted", 0, Buttons{},
-            QStringList{"ATTENZIONE: La griglia PLU è vuota: lo scarico cancella tutte le PLU dell'ECR.\r\nConfermare Operazione?"},
+            QStringList{"ATTENZIONE: La griglia PLU è vuota: lo scarico cancella tutte le PLU dell'ECR.\r\n"
+                        "Confermare Operazione?"},
             QStringList{});
         row("a failing row: OK goes on", 3, Buttons{}, QStringList(3, failure), QStringList{"Kelm Drev: PLU scaricate"});
         row("a failing row: Cancel stops", 3, Buttons{Button::Cancel}, QStringList{failure},
@@ -399,8 +403,9 @@ private Q_SLOTS:
             w.click("cmdPLULeggiFile");
         QCOMPARE(w.dialogs.asked, QStringList(3, "Attenzione: Indicare il nome del file PLU"));
         QCOMPARE(w.dialogs.proposals, QStringList(3, w.dir.path() + "/plu.txt"));
-        QCOMPARE(w.dialogs.shown, QStringList({"Attenzione: File Inesistente", "Attenzione: File Inesistente",
-                                               "Attenzione: Righe del file PLU con meno di 8 o più di 10 campi, caricate comunque: 1, 2"}));
+        QCOMPARE(w.dialogs.shown,
+                 QStringList({"Attenzione: File Inesistente", "Attenzione: File Inesistente",
+                              "Attenzione: Righe del file PLU con meno di 8 o più di 10 campi, caricate comunque: 1, 2"}));
         // Appended, counters not loaded; saved as the grid shows, and never over a file.
         const QStringList rows = {kept, "1/A/1/0/1/0/0/00000000///", "8001234567890/ACQUA/////////"};
         QCOMPARE(gridLines(w), rows);

@@ -5,7 +5,6 @@
 // an invoice completed on the cash key, the document forms, the closure
 // question, the reprint sequence and the test receipt files.
 #include "EcrWindow.h"
-#include "Table.h"
 #include "app/IniFile.h"
 #include "server/PendingQueue.h"
 #include "ui/ModelAdaptation.h"
@@ -211,8 +210,6 @@ private Q_SLOTS:
             QCOMPARE(ini.read("Parametri", it.key(), "<missing>", 255), it.value());
         QVERIFY(w.open());
         QCOMPARE(w.find<QComboBox>("cmbComPort")->currentText(), QStringLiteral("Com7"));
-        QCOMPARE(w.find<QComboBox>("cmbModello")->currentText(), QStringLiteral("Velt"));
-        QVERIFY(w.find<QCheckBox>("chkSRV")->isChecked());
         QVERIFY(!w.find<QCheckBox>("chkLog")->isChecked());
     }
 
