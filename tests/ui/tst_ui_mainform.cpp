@@ -426,6 +426,8 @@ private Q_SLOTS:
         row("FrmNCred escape", "FrmNCred", "escape", "1 0 11  ");
         row("FrmCliente close box", "FrmCliente", "close", "0 1 11 x/ x/");
         row("FrmNCred close box", "FrmNCred", "close", "1 0 11  ");
+        row("FrmPiCf close box", "FrmPiCf", "close", "1 1 0  x/");
+        row("FrmCliente escape", "FrmCliente", "escape", "0 1 11 x/ x/");
         row("FrmNCred OK", "FrmNCred", "TxtPratica=12-3 TxtRifer=R1 CmdChiude_1", "1 1 11 -/12-3/ 7/1/1/R1/");
     }
     void documentForms()
