@@ -3,19 +3,68 @@
 // A main window on a register (the built-in virtual one unless a device is
 // given), in a folder of its own: controls are found by object name, message
 // boxes answered by a script, and what reached the register is read from its
-// journal.
-#include "ScriptedDialogs.h"
+// journal. Tests fill their tables with Table.h.
+#include "Table.h"
+#include "technician/TechnicianLogin.h"
+#include "ui/Dialogs.h"
 #include "ui/MainForm.h"
 
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QMap>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
+
+// Message boxes answered from a script; everything shown is remembered.
+class ScriptedDialogs final : public kelm::ui::Dialogs {
+public:
+    void showMessage(const QString& text, const QString& title, Icon) override
+    {
+        shown.append(title + QStringLiteral(": ") + text);
+    }
+    Button ask(const QString& text, const QString& title, Icon, const QList<Button>&, Button defaultButton) override
+    {
+        asked.append(title + QStringLiteral(": ") + text);
+        return answers.isEmpty() ? defaultButton : answers.takeFirst();
+    }
+    QString chooseDirectory(const QString& title, const QString&) override
+    {
+        asked.append(title);
+        return chosenDirectory;
+    }
+    QString inputText(const QString& title, const QString& prompt, const QString& proposed) override
+    {
+        asked.append(title + QStringLiteral(": ") + prompt);
+        proposals.append(proposed);
+        return typed.isEmpty() ? proposed : typed.takeFirst();
+    }
+    QString chooseFile(const QString& title, const QString& filter) override
+    {
+        asked.append(title + QStringLiteral(": ") + filter);
+        return chosenFile;
+    }
+
+    QStringList shown;
+    QStringList asked;
+    QList<Button> answers;
+    QString chosenDirectory;
+    QStringList typed;     // answers to the input boxes; none left: the proposal is taken
+    QStringList proposals; // what each input box proposed
+    QString chosenFile;
+};
+
+// Passwords in memory, by application name.
+class MemoryPasswords final : public kelm::technician::PasswordStore {
+public:
+    QString read(const QString& application) const override { return values.value(application); }
+    void write(const QString& application, const QString& password) override { values[application] = password; }
+    QMap<QString, QString> values;
+};
 
 inline QByteArray readFile(const QString& path)
 {

@@ -1,212 +1,423 @@
-// The ECR programming tab against the built-in virtual register: the
-// dispatcher's questions and messages, what reaches the register, and
-// read-backs that give back what was downloaded.
+// The ECR programming tab, the logo pages and the PLU page against the
+// built-in virtual register: the dispatcher's questions and messages, what
+// reaches the register, read-backs that give back what was downloaded, logos
+// loaded, refused when bad and downloaded, and the PLU download with its
+// deletion beyond the grid and the PLU file. Which PLUs are deleted and how a
+// PLU file reads are the programming tests' tables; here, that the page does it.
 #include "EcrWindow.h"
 #include "app/IniFile.h"
 #include "ui/EcrConfigTab.h"
-#include "ui/MainForm.h"
+#include "ui/LogoPage.h"
 
+#include <QBuffer>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
-#include <QFile>
-#include <QGuiApplication>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QPainter>
+#include <QProgressBar>
 #include <QRadioButton>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QTabWidget>
 #include <QTableWidget>
-#include <QTemporaryDir>
-#include <QTest>
 
 using namespace kelm;
 using Button = ui::Dialogs::Button;
+using Buttons = QList<Button>;
 
+namespace {
+
+const QString kAdvice = QStringLiteral(
+    "Kelm Drev: Il sistema ridimensionerà automaticamente\r\nle immagini alla risoluzione più vicina a \r\n"
+    "[64,128,256] x [64,128,256].\r\nSi consiglia di caricare immagini già\r\ndimensionate opportunamente");
+
+// A picture of the given size, black with a white right edge four pixels wide, as a file of `format`.
+QByteArray picture(QSize size, const char* format = "BMP")
+{
+    QImage image(size, QImage::Format_RGB888);
+    image.fill(Qt::black);
+    QPainter(&image).fillRect(size.width() - 4, 0, 4, size.height(), Qt::white);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return buffer.data();
+}
+
+// Loads `bytes` as a BMP file into logo page `page`.
+void load(EcrWindow& w, int page, const QByteArray& bytes)
+{
+    w.dialogs.chosenFile = w.dir.filePath(QStringLiteral("logo%1.bmp").arg(w.dialogs.asked.size()));
+    writeFile(w.dialogs.chosenFile, bytes);
+    w.click(QStringLiteral("cmdBMPLoad_%1").arg(page));
+}
+
+// The size labels and the size of the picture shown, of logo page `page`.
+QString shownSize(const EcrWindow& w, int page)
+{
+    const QSize shown = w.find<QLabel>(QStringLiteral("picLogo_%1").arg(page))->pixmap().size();
+    return w.find<QLabel>(QStringLiteral("lbmBMPWidth_%1").arg(page))->text() + u' '
+        + w.find<QLabel>(QStringLiteral("lblBMPHeight_%1").arg(page))->text()
+        + QStringLiteral(" %1x%2").arg(shown.width()).arg(shown.height());
+}
+
+const QImage& logo(const EcrWindow& w, int page)
+{
+    return w.find<ui::LogoPage>("pageLoghi")->pictures()[page];
+}
+
+QTableWidget* grid(const EcrWindow& w)
+{
+    return w.find<QTableWidget>(QStringLiteral("fgPLU"));
+}
+
+// Appends one row per text: "code/description/…/" with the cells in column order.
+void typeRows(const EcrWindow& w, const QStringList& lines)
+{
+    for (const QString& line : lines) {
+        const int r = grid(w)->rowCount();
+        grid(w)->setRowCount(r + 1);
+        const QStringList cells = line.split(u'/');
+        for (int c = 0; c < grid(w)->columnCount() && c < cells.size(); ++c)
+            grid(w)->setItem(r, c, new QTableWidgetItem(cells[c]));
+    }
+}
+
+// Each row as its ten cells, each closed by "/".
+QStringList gridLines(const EcrWindow& w)
+{
+    QStringList lines;
+    for (int r = 0; r < grid(w)->rowCount(); ++r) {
+        lines << QString();
+        for (int c = 0; c < grid(w)->columnCount(); ++c)
+            lines.last() += (grid(w)->item(r, c) ? grid(w)->item(r, c)->text() : QString()) + u'/';
+    }
+    return lines;
+}
+
+QStringList items(int from, int to)
+{
+    QStringList rows;
+    for (int n = from; n <= to; ++n)
+        rows << QStringLiteral("CODE%1/ITEM %1/1/0/1,50/0/5/00000000/").arg(n);
+    return rows;
+}
+
+// Waits until the download or read is over.
+bool done(const EcrWindow& w)
+{
+    return QTest::qWaitFor([&] {
+               return w.find<QProgressBar>("pbPLU_0")->isHidden() && w.find<QProgressBar>("pbPLU_1")->isHidden();
+           })
+        && w.settle();
+}
+
+} // namespace
 
 class EcrConfigTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void headerConfirmation_data();
-    void headerConfirmation();
-    void emptyAndUnknownIndices_data();
-    void emptyAndUnknownIndices();
-    void vatRatesDownloadThenRead();
-    void departmentsDownloadThenRead();
-    void paymentsDownloadThenRead();
-    void sParametersResetRecord();
-    void scrollMessageSavesOnlyTheSelected();
-    void typedSlashShowsAsBackslash_data();
-    void typedSlashShowsAsBackslash();
-};
-
-void EcrConfigTest::headerConfirmation_data()
-{
-    QTest::addColumn<bool>("ok");
-    QTest::newRow("Cancel sends and saves nothing") << false;
-    QTest::newRow("OK saves, then sends") << true;
-}
-
-void EcrConfigTest::headerConfirmation()
-{
-    QFETCH(bool, ok);
-    EcrWindow w;
-    w.dialogs.answers = {ok ? Button::Ok : Button::Cancel};
-    w.find<QLineEdit>("txtHeaderText_0")->setText(QStringLiteral("BAR CENTRALE"));
-    w.find<QComboBox>("cmbHeaderAlign_0")->setCurrentIndex(2);
-    w.click("cmdSetParametri_0");
-    QCOMPARE(w.dialogs.asked, QStringList{"ATTENZIONE: L'intestazione degli scontrini si può cambiare un massimo di "
-                                          "60 volte. Confermare Operazione?"});
-    const IniFile ini(w.dir.filePath("KelmDrev.ini"));
-    if (!ok) {
-        QTest::qWait(300);
-        QCOMPARE(ini.read("Intestazioni", "Head1", "<none>", 256), QStringLiteral("<none>"));
-        QVERIFY(w.journal().filter(QStringLiteral("H/")).isEmpty());
-        QVERIFY(w.dialogs.shown.isEmpty());
-        return;
+    void headerConfirmation()
+    {
+        EcrWindow w;
+        w.dialogs.answers = {Button::Cancel, Button::Ok};
+        w.find<QLineEdit>("txtHeaderText_0")->setText(QStringLiteral("BAR CENTRALE"));
+        w.find<QComboBox>("cmbHeaderAlign_0")->setCurrentIndex(2);
+        w.click("cmdSetParametri_0"); // Cancel sends and saves nothing
+        QVERIFY(w.settle());
+        QVERIFY(w.dialogs.shown.isEmpty() && w.journal().filter(QRegularExpression("^H/")).isEmpty());
+        QCOMPARE(IniFile(w.ini()).read("Intestazioni", "Head1", "<none>", 256), QStringLiteral("<none>"));
+        w.click("cmdSetParametri_0"); // OK saves, then sends
+        QCOMPARE(w.dialogs.asked, QStringList(2, "ATTENZIONE: L'intestazione degli scontrini si può cambiare un massimo di "
+                                                 "60 volte. Confermare Operazione?"));
+        QVERIFY(w.shown(1));
+        QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Intestazione Scaricata"));
+        const IniFile ini(w.ini());
+        QCOMPARE(ini.read("Intestazioni", "Head1", "<none>", 256), QStringLiteral("20BAR CENTRALE"));
+        QCOMPARE(ini.read("Intestazioni", "Head2", "<none>", 256), QStringLiteral("00"));
+        const QStringList header = w.journal().filter(QRegularExpression("^H/"));
+        QCOMPARE(header.size(), 1);
+        QVERIFY(header[0].startsWith(QStringLiteral("H/1/          BAR CENTRALE          /1//1//")));
     }
-    QVERIFY(w.shown(1));
-    QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Intestazione Scaricata"));
-    QCOMPARE(ini.read("Intestazioni", "Head1", "<none>", 256), QStringLiteral("20BAR CENTRALE"));
-    QCOMPARE(ini.read("Intestazioni", "Head2", "<none>", 256), QStringLiteral("00"));
-    const QStringList header = w.journal().filter(QStringLiteral("H/"));
-    QCOMPARE(header.size(), 1);
-    QVERIFY(header[0].startsWith(QStringLiteral("H/1/          BAR CENTRALE          /1//1//")));
-}
 
-void EcrConfigTest::emptyAndUnknownIndices_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QStringList>("shown");
-    QTest::newRow("5 is an empty slot") << 5 << QStringList{};
-    QTest::newRow("8 is an empty slot") << 8 << QStringList{};
-    QTest::newRow("11 is unknown") << 11 << QStringList{"Attenzione: Errore 90 : Avvisare produttore"};
-}
+    void emptyAndUnknownIndices()
+    {
+        EcrWindow w;
+        const QCursor* before = QGuiApplication::overrideCursor();
+        for (int index : {5, 8, 11})
+            w.form->findChild<ui::EcrConfigTab*>()->cmdSetParametri_Click(index);
+        QCOMPARE(w.dialogs.shown, QStringList{"Attenzione: Errore 90 : Avvisare produttore"}); // 5 and 8 are empty slots
+        QCOMPARE(QGuiApplication::overrideCursor(), before); // the hourglass is gone on every path
+    }
 
-void EcrConfigTest::emptyAndUnknownIndices()
-{
-    QFETCH(int, index);
-    QFETCH(QStringList, shown);
-    EcrWindow w;
-    const QCursor* before = QGuiApplication::overrideCursor();
-    w.form->findChild<ui::EcrConfigTab*>()->cmdSetParametri_Click(index);
-    QCOMPARE(w.dialogs.shown, shown);
-    QCOMPARE(QGuiApplication::overrideCursor(), before); // the hourglass is gone on every path
-}
+    void tablesDownloadThenRead()
+    {
+        EcrWindow w;
+        const QStringList rates = {"4.00", "10.00", "22.00", "5.00", "0.00"};
+        for (int i = 0; i < 5; ++i)
+            w.find<QLineEdit>(QStringLiteral("txtIVA_%1").arg(i))->setText(rates[i]);
+        w.dialogs.answers = {Button::Ok};
+        w.click("cmdSetParametri_10");
+        QVERIFY(w.shown(1));
+        QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Aliquote IVA scaricate"));
+        QVERIFY(w.journal().contains(QStringLiteral("b/4.00/10.00/22.00/5.00/0.00/")));
+        for (int i = 0; i < 5; ++i)
+            w.find<QLineEdit>(QStringLiteral("txtIVA_%1").arg(i))->clear();
+        w.click("cmdReadIVA");
+        QTRY_COMPARE(w.find<QLineEdit>("txtIVA_2")->text(), QStringLiteral("22.00"));
+        QCOMPARE(w.find<QLineEdit>("txtIVA_0")->text(), QStringLiteral("4.00"));
+        // Departments: only values from the register are sent.
+        QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
+        w.click("cmdreadParmIVAREP");
+        QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
+        for (int i = 0; i < 20; ++i)
+            w.find<QComboBox>(QStringLiteral("cmbDPTCodIVA_%1").arg(i))->setCurrentIndex(0);
+        w.find<QLineEdit>("txtDEPTDescription_6")->setText(QStringLiteral("BEVANDE"));
+        w.find<QComboBox>("cmbDPTCodIVA_6")->setCurrentIndex(1);
+        w.click("cmdSetParametri_3");
+        QVERIFY(w.shown(2));
+        QCOMPARE(w.dialogs.shown[1], QStringLiteral("Kelm Drev: Reparti scaricati"));
+        QVERIFY(w.journal().contains(QStringLiteral("D/7/BEVANDE/2//////")));
+        w.click("cmdDPTClear");
+        QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
+        QCOMPARE(w.find<QLineEdit>("txtDEPTDescription_6")->text(), QString());
+        w.click("cmdreadParmIVAREP");
+        QTRY_COMPARE(w.find<QLineEdit>("txtDEPTDescription_6")->text(), QStringLiteral("BEVANDE"));
+        QCOMPARE(w.find<QComboBox>("cmbDPTCodIVA_6")->currentIndex(), 1);
+        // Payments: empty rows would wipe the register's payment types: a read comes first.
+        QVERIFY(!w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
+        w.click("cmdReadPagamenti");
+        QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
+        QVERIFY(w.settle());
+        w.find<QLineEdit>("txtPagDescr_1")->setText(QStringLiteral("CARTA DI CREDITO"));
+        w.find<QLineEdit>("txtPagDescrBreve_1")->setText(QStringLiteral("CARTA"));
+        w.find<QCheckBox>("chkPagResto_1")->setChecked(true);
+        w.click("cmdSetParametri_6");
+        QVERIFY(w.shown(3));
+        QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Kelm Drev: Tabella pagamenti scaricate"));
+        QVERIFY(w.journal().contains(QStringLiteral("Y/2/CREDITO/ARTA/10000000/0/0//1/0/")));
+        w.click("cmdClearPagamenti");
+        QCOMPARE(w.find<QLineEdit>("txtPagDescr_1")->text(), QString());
+        QVERIFY(!w.find<QCheckBox>("chkPagAttivo_1")->isChecked() && !w.find<QCheckBox>("chkPagResto_1")->isChecked());
+        w.click("cmdReadPagamenti");
+        QTRY_COMPARE(w.find<QLineEdit>("txtPagDescr_1")->text(), QStringLiteral("CREDITO"));
+        QVERIFY(w.find<QCheckBox>("chkPagResto_1")->isChecked());
+        QVERIFY(w.find<QCheckBox>("chkPagAttivo_1")->isChecked());
+    }
 
-void EcrConfigTest::vatRatesDownloadThenRead()
-{
-    EcrWindow w;
-    const QStringList rates = {"4.00", "10.00", "22.00", "5.00", "0.00"};
-    for (int i = 0; i < 5; ++i)
-        w.find<QLineEdit>(QStringLiteral("txtIVA_%1").arg(i))->setText(rates[i]);
-    w.dialogs.answers = {Button::Ok};
-    w.click("cmdSetParametri_10");
-    QVERIFY(w.shown(1));
-    QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Aliquote IVA scaricate"));
-    QVERIFY(w.journal().contains(QStringLiteral("b/4.00/10.00/22.00/5.00/0.00/")));
-    for (int i = 0; i < 5; ++i)
-        w.find<QLineEdit>(QStringLiteral("txtIVA_%1").arg(i))->clear();
-    w.click("cmdReadIVA");
-    QTRY_COMPARE(w.find<QLineEdit>("txtIVA_2")->text(), QStringLiteral("22.00"));
-    QCOMPARE(w.find<QLineEdit>("txtIVA_0")->text(), QStringLiteral("4.00"));
-}
+    void sParametersAndScrollMessage()
+    {
+        EcrWindow w;
+        QVERIFY(!w.find<QPushButton>("cmdSetParametri_9")->isEnabled()); // until a read or a reset
+        w.dialogs.answers = {Button::Yes};
+        w.click("cmdResetParmS");
+        QCOMPARE(w.dialogs.shown, QStringList{"Kelm Drev: Parametri S ripristinati a default ma non salvati."});
+        w.click("cmdSetParametri_9");
+        QVERIFY(w.shown(2));
+        QVERIFY(w.journal().contains(QStringLiteral(
+            "S/00001100001000000001000000/999999/999999/1000000/99999999/0/0/0/1/CASSA -1/27/27/27/27/27/27/27/27/27/"
+            "29/29/29/29/29/29/29/29/29/8/0/")));
+        // Only the selected scroll message is saved and sent.
+        w.find<QLineEdit>("txtScrollMSG_1")->setText(QStringLiteral("not selected"));
+        w.find<QRadioButton>("optScrollMSGEnable_1")->setChecked(true);
+        QTest::keyClicks(w.find<QLineEdit>("txtScrollMSG_2"), QStringLiteral(" SALDI 20% ")); // typing selects it
+        w.click("cmdSetParametri_7");
+        QVERIFY(w.shown(3));
+        QCOMPARE(w.dialogs.shown[2], QStringLiteral("Kelm Drev: Messaggio Scorrevole scaricato\rRicordarsi di attivarlo"));
+        const IniFile ini(w.ini());
+        QCOMPARE(ini.read("Messaggi", "Msg3", "<none>", 96), QStringLiteral("SALDI 20%"));
+        QCOMPARE(ini.read("Messaggi", "Msg2", "<none>", 96), QStringLiteral("<none>"));
+        QVERIFY(w.journal().contains(QStringLiteral("o/SALDI 20%/")));
+        w.find<QLineEdit>("txtScrollMSG_2")->clear();
+        w.click("cmdReadScrolMSG"); // the saved messages come back from the settings
+        QCOMPARE(w.find<QLineEdit>("txtScrollMSG_2")->text(), QStringLiteral("SALDI 20%"));
+    }
 
-void EcrConfigTest::departmentsDownloadThenRead()
-{
-    EcrWindow w;
-    QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled()); // only values from the register
-    w.click("cmdreadParmIVAREP");
-    QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
-    for (int i = 0; i < 20; ++i)
-        w.find<QComboBox>(QStringLiteral("cmbDPTCodIVA_%1").arg(i))->setCurrentIndex(0);
-    w.find<QLineEdit>("txtDEPTDescription_6")->setText(QStringLiteral("BEVANDE"));
-    w.find<QComboBox>("cmbDPTCodIVA_6")->setCurrentIndex(1);
-    w.click("cmdSetParametri_3");
-    QVERIFY(w.shown(1));
-    QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Reparti scaricati"));
-    QVERIFY(w.journal().contains(QStringLiteral("D/7/BEVANDE/2//////")));
-    w.click("cmdDPTClear");
-    QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
-    QCOMPARE(w.find<QLineEdit>("txtDEPTDescription_6")->text(), QString());
-    w.click("cmdreadParmIVAREP");
-    QTRY_COMPARE(w.find<QLineEdit>("txtDEPTDescription_6")->text(), QStringLiteral("BEVANDE"));
-    QCOMPARE(w.find<QComboBox>("cmbDPTCodIVA_6")->currentIndex(), 1);
-}
-
-void EcrConfigTest::paymentsDownloadThenRead()
-{
-    EcrWindow w;
-    // Empty rows would wipe the register's payment types: a read comes first.
-    QVERIFY(!w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
-    w.click("cmdReadPagamenti");
-    QTRY_VERIFY(w.find<QPushButton>("cmdSetParametri_6")->isEnabled());
-    QVERIFY(w.settle());
-    w.find<QLineEdit>("txtPagDescr_1")->setText(QStringLiteral("CARTA DI CREDITO"));
-    w.find<QLineEdit>("txtPagDescrBreve_1")->setText(QStringLiteral("CARTA"));
-    w.find<QCheckBox>("chkPagResto_1")->setChecked(true);
-    w.click("cmdSetParametri_6");
-    QVERIFY(w.shown(1));
-    QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Kelm Drev: Tabella pagamenti scaricate"));
-    QVERIFY(w.journal().contains(QStringLiteral("Y/2/CREDITO/ARTA/10000000/0/0//1/0/")));
-    w.click("cmdClearPagamenti");
-    QCOMPARE(w.find<QLineEdit>("txtPagDescr_1")->text(), QString());
-    w.click("cmdReadPagamenti");
-    QTRY_COMPARE(w.find<QLineEdit>("txtPagDescr_1")->text(), QStringLiteral("CREDITO"));
-    QVERIFY(w.find<QCheckBox>("chkPagResto_1")->isChecked());
-    QVERIFY(w.find<QCheckBox>("chkPagAttivo_1")->isChecked());
-}
-
-void EcrConfigTest::sParametersResetRecord()
-{
-    EcrWindow w;
-    QVERIFY(!w.find<QPushButton>("cmdSetParametri_9")->isEnabled()); // until a read or a reset
-    w.dialogs.answers = {Button::Yes};
-    w.click("cmdResetParmS");
-    QVERIFY(w.find<QPushButton>("cmdSetParametri_9")->isEnabled());
-    QCOMPARE(w.dialogs.shown, QStringList{"Kelm Drev: Parametri S ripristinati a default ma non salvati."});
-    w.click("cmdSetParametri_9");
-    QVERIFY(w.shown(2));
-    QVERIFY(w.journal().contains(QStringLiteral(
-        "S/00001100001000000001000000/999999/999999/1000000/99999999/0/0/0/1/CASSA -1/27/27/27/27/27/27/27/27/27/"
-        "29/29/29/29/29/29/29/29/29/8/0/")));
-}
-
-void EcrConfigTest::scrollMessageSavesOnlyTheSelected()
-{
-    EcrWindow w;
-    w.find<QLineEdit>("txtScrollMSG_1")->setText(QStringLiteral("not selected"));
-    w.find<QRadioButton>("optScrollMSGEnable_1")->setChecked(true);
-    QTest::keyClicks(w.find<QLineEdit>("txtScrollMSG_2"), QStringLiteral(" SALDI 20% ")); // typing selects it
-    w.click("cmdSetParametri_7");
-    QVERIFY(w.shown(1));
-    QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Messaggio Scorrevole scaricato\rRicordarsi di attivarlo"));
-    const IniFile ini(w.dir.filePath("KelmDrev.ini"));
-    QCOMPARE(ini.read("Messaggi", "Msg3", "<none>", 96), QStringLiteral("SALDI 20%"));
-    QCOMPARE(ini.read("Messaggi", "Msg2", "<none>", 96), QStringLiteral("<none>"));
-    QVERIFY(w.journal().contains(QStringLiteral("o/SALDI 20%/")));
-}
-
-void EcrConfigTest::typedSlashShowsAsBackslash_data()
-{
-    QTest::addColumn<QString>("box"); // a line edit, or "fgPLU" for a cell of the PLU grid
-    for (const char* box : {"txtPagTasso_0", "txtPagMarkUp_8", "txtBCPriceLead_0", "txtPRTIntensity", "fgPLU"})
-        QTest::newRow(box) << QString::fromLatin1(box);
-}
-
-void EcrConfigTest::typedSlashShowsAsBackslash()
-{
-    QFETCH(QString, box);
-    EcrWindow w;
-    QLineEdit* edit = w.find<QLineEdit>(box);
-    if (auto* grid = w.find<QTableWidget>(box)) {
+    void typedSlashShowsAsBackslash()
+    {
+        EcrWindow w;
+        auto* grid = w.find<QTableWidget>("fgPLU");
         grid->insertRow(0);
         grid->edit(grid->model()->index(0, 1));
-        edit = grid->findChild<QLineEdit*>();
+        for (QLineEdit* edit : {w.find<QLineEdit>("txtPagTasso_0"), w.find<QLineEdit>("txtPagMarkUp_8"),
+                                w.find<QLineEdit>("txtBCPriceLead_0"), w.find<QLineEdit>("txtPRTIntensity"),
+                                grid->findChild<QLineEdit*>()}) {
+            QTest::keyClicks(edit, QStringLiteral("1/2"));
+            QCOMPARE(edit->text(), QStringLiteral("1\\2"));
+        }
     }
-    QVERIFY(edit);
-    QTest::keyClicks(edit, QStringLiteral("1/2"));
-    QCOMPARE(edit->text(), QStringLiteral("1\\2"));
-}
+
+    void logoLoading()
+    {
+        EcrWindow w;
+        load(w, 1, picture({70, 200}));
+        QCOMPARE(w.dialogs.asked, QStringList{"Leggi BMP: BMP Files|*.bmp"});
+        QCOMPARE(w.dialogs.shown,
+                 QStringList({kAdvice, "Kelm Drev: Logo non  a dimensioni standard.\r\nRidimensione automatica"}));
+        QCOMPARE(shownSize(w, 1), QStringLiteral("Largh.:128 Alt.:256 128x256"));
+        QCOMPARE(w.find<QComboBox>("cmbBMPLarghezza_1")->currentIndex(), 1);
+        QCOMPARE(w.find<QComboBox>("cmbBMPAltezza_1")->currentIndex(), 2);
+        QVERIFY(logo(w, 0).isNull());
+        // A bad file changes nothing.
+        const QImage before = logo(w, 1);
+        for (const auto& [file, message] : {std::pair{picture({64, 64}, "PNG"), "Il file non è un'immagine BMP"},
+                                            {picture({64, 64}).left(200), "Il file BMP è danneggiato"},
+                                            {QByteArray(), "Il file è vuoto"}}) {
+            w.dialogs.shown.clear();
+            load(w, 1, file);
+            QCOMPARE(w.dialogs.shown, QStringList({kAdvice, "Attenzione: " + QString::fromUtf8(message)}));
+            QCOMPARE(logo(w, 1), before);
+            QCOMPARE(shownSize(w, 1), QStringLiteral("Largh.:128 Alt.:256 128x256"));
+        }
+        w.find<QScrollBar>("HScrBMPZoom_1")->setValue(300);
+        QCOMPARE(w.find<QLabel>("picLogo_1")->pixmap().size(), QSize(128, 256) * 3);
+        // A standard size is kept as it is.
+        w.dialogs.shown.clear();
+        load(w, 0, picture({64, 64}));
+        QCOMPARE(w.dialogs.shown, QStringList{kAdvice});
+        QCOMPARE(shownSize(w, 0), QStringLiteral("Largh.:64 Alt.:64 64x64"));
+    }
+
+    void logoDownloadSendsThePageOnShow_data()
+    {
+        // Pages loaded, in order.
+        columns<QList<int>, QString, QString, int, QString>("loaded", "progress", "shown", "records", "first record");
+        row("end logo on show", QList<int>{1, 0}, QString("0%"), QString("Kelm Drev: Logo Scaricato, ricordarsi di attivarlo"),
+            64,
+            QString("$/2/128/64/1/F0000000000000000000000000000000/"));
+        row("no picture on show", QList<int>{0}, QString(), QString("Kelm Drev: Logo non impostato"), 0, QString());
+    }
+    void logoDownloadSendsThePageOnShow()
+    {
+        EcrWindow w;
+        for (int page : fetch<QList<int>>("loaded"))
+            load(w, page, picture(page == 1 ? QSize(128, 64) : QSize(64, 64)));
+        w.dialogs.shown.clear();
+        w.find<QTabWidget>("SSTabLoghi")->setCurrentIndex(1);
+        w.click("cmdSetParametri_2");
+        QCOMPARE(w.find<QProgressBar>("pbLogo")->text(), fetch<QString>("progress")); // from none of the records
+        QVERIFY(w.shown(1));
+        QCOMPARE(w.dialogs.shown[0], fetch<QString>("shown"));
+        const QStringList records = w.journal().filter(QRegularExpression(QStringLiteral("^\\$/")));
+        QCOMPARE(records.size(), fetch<int>("records"));
+        QCOMPARE(records.value(0), fetch<QString>("first record"));
+        QCOMPARE(records.filter(QStringLiteral("$/2/128/64/")).size(), records.size());
+    }
+
+    void downloadDeletesBeyondTheGridThenReads()
+    {
+        EcrWindow w;
+        typeRows(w, items(1, 12));
+        w.click("cmdSetParametri_4");
+        QVERIFY(w.shown(1) && done(w));
+        const qsizetype before = w.journal().size();
+        w.click("cmdCancellaPLU");
+        QCOMPARE(grid(w)->rowCount(), 0);
+        typeRows(w, items(1, 3));
+        w.click("cmdSetParametri_4");
+        QVERIFY(!w.find<QProgressBar>("pbPLU_0")->isHidden());
+        QVERIFY(w.shown(2) && done(w));
+        QCOMPARE(w.dialogs.shown[1], QStringLiteral("Kelm Drev: PLU scaricate"));
+        QCOMPARE(grid(w)->item(0, 4)->text(), QStringLiteral("1")); // "1,50" as sent
+        const QStringList sent = w.journal().mid(before);
+        QStringList deletions;
+        for (int n = 4; n <= 12; ++n)
+            deletions << QStringLiteral("P/%1////0/0/0/0/00000000/").arg(n);
+        QCOMPARE(sent.filter(QStringLiteral("////0/0/0/0/00000000/")), deletions);
+        QVERIFY(sent.contains(QStringLiteral("p/22/")) && !sent.contains(QStringLiteral("p/23/")));
+        w.click("cmdCancellaPLU");
+        w.click("cmdReadPLU");
+        QVERIFY(done(w));
+        QCOMPARE(gridLines(w), items(1, 3).replaceInStrings("1,50/0/5/00000000/", "1/0/5/00000000/0/0/"));
+    }
+
+    void stopEndsTheDownloadBetweenRecords()
+    {
+        EcrWindow w;
+        typeRows(w, items(1, 500));
+        w.click("cmdSetParametri_4");
+        QTRY_VERIFY(w.find<QProgressBar>("pbPLU_0")->value() >= 3);
+        w.click("cmdStopPLU");
+        QVERIFY(w.shown(1) && done(w));
+        const QStringList sent = w.journal().filter(QRegularExpression(QStringLiteral("^P/")));
+        QVERIFY(sent.size() >= 3 && sent.size() < 500);
+        QCOMPARE(w.dialogs.shown[0],
+                 QStringLiteral("Kelm Drev: Scarico PLU interrotto: %1 di 500 righe scaricate").arg(sent.size()));
+        QCOMPARE(sent.last(), QStringLiteral("P/%1/CODE%1/ITEM %1/1/0/1/0/5/00000000/").arg(sent.size()));
+        QVERIFY(w.journal().filter(QStringLiteral("p/")).isEmpty()); // no search beyond the grid
+    }
+
+    void downloadThatWouldDeleteOrFail_data()
+    {
+        columns<int, Buttons, QStringList, QStringList>("rows", "answers", "asked", "shown");
+        const QString failure = QStringLiteral("Attenzione: Errore in scarico PLU BAD\r\nErrore : 08\r\nIl reparto non esiste");
+        row("empty grid, Cancel preselected: nothing deleted", 0, Buttons{},
+            QStringList{"ATTENZIONE: La griglia PLU è vuota: lo scarico cancella tutte le PLU dell'ECR.\r\n"
+                        "Confermare Operazione?"},
+            QStringList{});
+        row("a failing row: OK goes on", 3, Buttons{}, QStringList(3, failure), QStringList{"Kelm Drev: PLU scaricate"});
+        row("a failing row: Cancel stops", 3, Buttons{Button::Cancel}, QStringList{failure},
+            QStringList{"Kelm Drev: Scarico PLU interrotto: 1 di 3 righe scaricate"});
+    }
+    void downloadThatWouldDeleteOrFail()
+    {
+        EcrWindow w;
+        typeRows(w, QStringList(fetch<int>("rows"), QStringLiteral("BAD/X/99/0/1/0/0/00000000/")));
+        w.dialogs.answers = fetch<Buttons>("answers");
+        w.click("cmdSetParametri_4");
+        QVERIFY(done(w));
+        QCOMPARE(w.dialogs.asked, fetch<QStringList>("asked"));
+        QCOMPARE(w.dialogs.shown, fetch<QStringList>("shown"));
+        QVERIFY(fetch<int>("rows") > 0 || w.journal().filter(QStringLiteral("p/")).isEmpty()); // nothing read or deleted
+    }
+
+    void rowsAddedAndRemovedCommaTyped()
+    {
+        EcrWindow w;
+        typeRows(w, items(1, 2));
+        w.form->show();
+        w.click("cmdPLUAggiungiRiga");
+        QCOMPARE(grid(w)->rowCount(), 3);
+        grid(w)->setCurrentCell(2, 4);
+        grid(w)->editItem(grid(w)->item(2, 4));
+        auto* editor = grid(w)->viewport()->findChild<QLineEdit*>();
+        QVERIFY(editor);
+        QTest::keyClicks(editor, QStringLiteral("2,50"));
+        QCOMPARE(editor->text(), QStringLiteral("2.50")); // at once, before the cell is left
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_COMPARE(grid(w)->item(2, 4)->text(), QStringLiteral("2.50"));
+        grid(w)->setCurrentCell(0, 1);
+        w.click("cmdPLUEliminaRiga");
+        QCOMPARE(gridLines(w).first(), items(2, 2)[0] + "//");
+        QCOMPARE(grid(w)->rowCount(), 2);
+    }
+
+    void loadAndSaveFile()
+    {
+        EcrWindow w;
+        const QString kept = QStringLiteral("1/OLD/1/0/1/0/0/00000000/3/3/");
+        typeRows(w, {kept});
+        w.dialogs.typed = {w.dir.filePath("missing.txt"), QString(), w.dir.filePath("items.txt")};
+        writeFile(w.dialogs.typed[2], "1/A/1/0/1/0/0/00000000/1/1/1/\r\n8001234567890/ACQUA/\r\n");
+        for (int i = 0; i < 3; ++i)
+            w.click("cmdPLULeggiFile");
+        QCOMPARE(w.dialogs.asked, QStringList(3, "Attenzione: Indicare il nome del file PLU"));
+        QCOMPARE(w.dialogs.proposals, QStringList(3, w.dir.path() + "/plu.txt"));
+        QCOMPARE(w.dialogs.shown,
+                 QStringList({"Attenzione: File Inesistente", "Attenzione: File Inesistente",
+                              "Attenzione: Righe del file PLU con meno di 8 o più di 10 campi, caricate comunque: 1, 2"}));
+        // Appended, counters not loaded; saved as the grid shows, and never over a file.
+        const QStringList rows = {kept, "1/A/1/0/1/0/0/00000000///", "8001234567890/ACQUA/////////"};
+        QCOMPARE(gridLines(w), rows);
+        w.click("cmdPLUSalvaFile"); // the proposal is taken
+        const QByteArray saved = (rows.join("\r\n") + "\r\n").toLatin1();
+        QCOMPARE(readFile(w.dir.filePath("plu.txt")), saved);
+        w.click("cmdCancellaPLU");
+        w.click("cmdPLUSalvaFile");
+        QCOMPARE(readFile(w.dir.filePath("plu.txt")), saved);
+        QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Attenzione: File già esistente"));
+    }
+};
 
 QTEST_MAIN(EcrConfigTest)
 #include "tst_ui_ecrconfig.moc"

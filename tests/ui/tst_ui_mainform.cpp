@@ -1,10 +1,19 @@
 // The main window against the built-in virtual ECR: start-up, identity,
-// configuration round trip, start modes, exit question, model adaptation,
-// and a window that keeps answering while the register is slow.
+// technician login, configuration round trip, start modes, exit question,
+// model adaptation, a window that keeps answering while the register is slow;
+// the keyboard and technician pages: the keys and the display, the console,
+// an invoice completed on the cash key, the document forms, the closure
+// question, the reprint sequence and the test receipt files.
 #include "EcrWindow.h"
 #include "app/IniFile.h"
 #include "server/PendingQueue.h"
 #include "ui/ModelAdaptation.h"
+#include "technician/TestReceipts.h"
+#include "technician/VirtualKeyboard.h"
+#include "ui/DlgPreviewIntestazione.h"
+#include "ui/FrmCliente.h"
+#include "ui/FrmNCred.h"
+#include "ui/FrmPiCf.h"
 
 #include <QAction>
 #include <QApplication>
@@ -12,343 +21,503 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QFormLayout>
+#include <QLayout>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QProcess>
 #include <QTabWidget>
 #include <QTimer>
 
 using namespace kelm;
 using ui::MainForm;
+using Button = ui::Dialogs::Button;
+
+namespace {
+
+const QByteArray kSettings = "ServerStato=Off\r\nServerFile=scontrino.txt\r\n";
+
+// A sale keyed on the register: "5", "REP-01", "Contanti".
+void sale(const EcrWindow& w)
+{
+    for (int key : {17, 41, 43})
+        w.key(key);
+}
+
+} // namespace
 
 class MainFormTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void startUpShowsTheRegister();
-    void tabsAndTechnicianPage_data();
-    void tabsAndTechnicianPage();
-    void driverTroubleOnTheStatusBar();
-    void missingModelOnTheStatusBar();
-    void secondInstanceIsRefused();
-    void startModes_data();
-    void startModes();
-    void configurationRoundTrip();
-    void storedSettingsSurviveASave_data();
-    void storedSettingsSurviveASave();
-    void keptLinesWaitWhileTheServerIsOff();
-    void exitQuestionWhileAReceiptIsOpen_data();
-    void exitQuestionWhileAReceiptIsOpen();
-    void modelAdaptation_data();
-    void modelAdaptation();
-    void windowAnswersWhileTheRegisterIsSlow();
-};
-
-void MainFormTest::startUpShowsTheRegister()
-{
-    EcrWindow w;
-    QCOMPARE(w.form->windowTitle(), QStringLiteral(" KelmDrev - Versione : ") + QStringLiteral(KELMDREV_VERSION));
-    QVERIFY(w.ready());
-    QCOMPARE(w.panel(4), QStringLiteral("1.00"));
-    // The start-up's "e/" fills the rate boxes.
-    QTRY_COMPARE(w.find<QLineEdit>("txtIVA_0")->text(), QStringLiteral("22.00"));
-    QVERIFY(readFile(w.ini()).contains("[Current]\r\nCampo=KD\r\nSN=99KDV000001\r\nNum=1\r\nFW=1.00\r\nDrev=" KELMDREV_VERSION "\r\n"));
-    QVERIFY(w.find<QWidget>("VirtualEcrPanel"));
-    QVERIFY(w.dialogs.shown.isEmpty());
-    QCOMPARE(w.form->trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nServer non attivo"));
-    // Closed, the panel comes back from the menu.
-    auto* dock = w.find<QWidget>("dockVirtualEcr");
-    auto* view = w.find<QAction>("mnuViewVirtualEcr");
-    dock->close();
-    QVERIFY(!view->isChecked());
-    view->trigger();
-    QVERIFY(dock->isVisible());
-}
-
-void MainFormTest::driverTroubleOnTheStatusBar()
-{
-    EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
-    QVERIFY(w.ready());
-    w.drop("3/S/PANE//1/1.00/1/4/\r\n3/S/X//1/1.00/99/4/\r\n5/1/0.00/////\r\n");
-    QTRY_VERIFY_WITH_TIMEOUT(w.panel(2).startsWith("Comando '3/S/X//1/1.00/99/4/' - Errore N. "), 5000);
-    QVERIFY(w.panel(2).endsWith(QStringLiteral(" - Il reparto non esiste")));
-    QCOMPARE(w.panel(1), QStringLiteral("Attenzione!"));
-    QVERIFY(w.form->trayTip().endsWith(u'\n' + w.panel(2)));
-    QTest::qWait(500); // it stays
-    QVERIFY(!w.panel(2).isEmpty());
-    w.drop("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-    QTRY_COMPARE_WITH_TIMEOUT(w.panel(2), QString(), 5000); // the next receipt went through
-    QCOMPARE(w.form->trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nDriver attivo"));
-}
-
-void MainFormTest::tabsAndTechnicianPage_data()
-{
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("login"); // what is done in the login dialog, if it is opened
-    QTest::addColumn<QString>("after"); // technician page, panel 4, credit flags, logged in
-    QTest::newRow("no password: page open, not logged in") << "" << "" << "page panel4";
-    QTest::newRow("a password: page closed") << "Abc" << "" << "panel4";
-    QTest::newRow("Cancel leaves the page") << "" << "CancelButton" << "page";
-    QTest::newRow("Escape is Cancel") << "" << "escape" << "page";
-    QTest::newRow("close box is Cancel") << "Abc" << "close" << "";
-    QTest::newRow("login") << "Abc" << "OKButton abc" << "page panel4 credit logged";
-    QTest::newRow("refused login") << "" << "OKButton x" << "";
-    QTest::newRow("password changed") << "Abc" << "Command1" << "page panel4 logged";
-    QTest::newRow("change refused") << "" << "Command1 wrong" << "panel4";
-}
-
-void MainFormTest::tabsAndTechnicianPage()
-{
-    QFETCH(QString, password);
-    QFETCH(QString, login);
-    EcrWindow w({}, "virtual", false);
-    w.passwords.values[technician::kLoginApplication] = password;
-    QVERIFY(w.open());
-    MainForm& form = *w.form;
-    auto* tabs = w.find<QTabWidget>("SSTabPrimaria");
-    QCOMPARE(tabs->count(), 4);
-    QCOMPARE(tabs->tabText(0), QStringLiteral("Configuraz. &PC"));
-    QCOMPARE(tabs->tabText(1), QStringLiteral("&Configuraz. ECR"));
-    QCOMPARE(tabs->tabText(2), QStringLiteral("Uso come &ECR"));
-    QCOMPARE(tabs->tabText(3), QStringLiteral("*Pannello del &Tecnico"));
-    if (!login.isEmpty()) {
-        QTimer::singleShot(0, [login] {
-            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            QVERIFY(dialog);
-            const QStringList words = login.split(u' ');
-            dialog->findChild<QLineEdit*>(QStringLiteral("txtPassword"))->setText(words.value(1));
-            dialog->findChild<QLineEdit*>(QStringLiteral("txtNewPassword_0"))->setText(QStringLiteral("New"));
-            dialog->findChild<QLineEdit*>(QStringLiteral("txtNewPassword_1"))->setText(QStringLiteral("New"));
-            if (words[0] == QStringLiteral("escape"))
-                QTest::keyClick(dialog, Qt::Key_Escape);
-            else if (words[0] == QStringLiteral("close"))
-                dialog->close();
-            else
-                QTest::mouseClick(dialog->findChild<QPushButton*>(words[0]), Qt::LeftButton);
-        });
-        form.mnuFileTecnico_Click();
+    void startUpShowsTheRegister()
+    {
+        EcrWindow w;
+        QCOMPARE(w.form->windowTitle(), QStringLiteral(" KelmDrev - Versione : ") + QStringLiteral(KELMDREV_VERSION));
+        QVERIFY(w.ready());
+        QCOMPARE(w.panel(4), QStringLiteral("1.00"));
+        QTRY_COMPARE(w.find<QLineEdit>("txtIVA_0")->text(), QStringLiteral("22.00")); // the start-up's "e/"
+        QVERIFY(readFile(w.ini()).contains("[Current]\r\nCampo=KD\r\nSN=99KDV000001\r\nNum=1\r\nFW=1.00\r\nDrev="
+                                           KELMDREV_VERSION "\r\n"));
+        QVERIFY(w.dialogs.shown.isEmpty());
+        QCOMPARE(w.form->trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nServer non attivo"));
+        // Closed, the virtual register's panel comes back from the menu.
+        auto* dock = w.find<QWidget>("dockVirtualEcr");
+        QVERIFY(dock->findChild<QWidget*>("VirtualEcrPanel"));
+        dock->close();
+        QVERIFY(!w.find<QAction>("mnuViewVirtualEcr")->isChecked());
+        w.find<QAction>("mnuViewVirtualEcr")->trigger();
+        QVERIFY(dock->isVisible());
+        // Captions the user looks for; the tabs keep their access keys.
+        const QStringList tabs = {"Configuraz. &PC", "&Configuraz. ECR", "Uso come &ECR", "*Pannello del &Tecnico"};
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(w.find<QTabWidget>("SSTabPrimaria")->tabText(i), tabs[i]);
+        auto* srv = w.find<QComboBox>("cmbSRVModalita");
+        auto* label = qobject_cast<QFormLayout*>(srv->parentWidget()->layout())->labelForField(srv);
+        QCOMPARE(qobject_cast<QLabel*>(label)->text(), QStringLiteral("Avvio"));
+        for (const auto& [button, caption] : {std::pair{"cmdChiusuraGIornaliera_0", "Chiusura Giornaliera"},
+                                              {"cmdChiusuraGIornaliera_1", "Chiusura Giornaliera"}, {"cmdTechFile", "..."}})
+            QCOMPARE(w.find<QPushButton>(button)->text(), QString::fromUtf8(caption));
+        // A second window on the same folder is refused, and the running one comes forward from the tray.
+        w.form->hide();
+        MainForm second({w.dir.path(), false}, &w.dialogs, &w.passwords);
+        QVERIFY(!second.start());
+        QCOMPARE(w.dialogs.shown, QStringList{"ATTENZIONE: Driver già attivo"});
+        QTRY_VERIFY(w.form->isVisible());
+        QCOMPARE(w.panel(3), QStringLiteral("KD-99KDV000001")); // the first one is untouched
     }
-    QStringList after;
-    if (tabs->isTabEnabled(3))
-        after << "page";
-    if (!w.find<QLabel>("sbMain_4")->isHidden())
-        after << "panel4";
-    if (w.find<QCheckBox>("chkPagCrediti_1")->isEnabled())
-        after << "credit";
-    if (form.technicianLogged())
-        after << "logged";
-    QTEST(after.join(u' '), "after");
-}
 
-void MainFormTest::missingModelOnTheStatusBar()
-{
-    EcrWindow w({}, "virtual", false);
-    w.writeIni("Dispositivo=virtual\r\n");
-    QVERIFY(w.open()); // the window runs without the register
-    QCOMPARE(w.panel(1), QStringLiteral("Errore Nei Parametri"));
-    QCOMPARE(w.panel(2), QStringLiteral("Tipo Modello non impostato"));
-    QTest::qWait(200);
-    QCOMPARE(w.panel(3), QString());
-}
+    void driverTroubleOnTheStatusBar()
+    {
+        EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
+        QVERIFY(w.ready());
+        w.drop("3/S/PANE//1/1.00/1/4/\r\n3/S/X//1/1.00/99/4/\r\n5/1/0.00/////\r\n");
+        QTRY_VERIFY_WITH_TIMEOUT(w.panel(2).startsWith("Comando '3/S/X//1/1.00/99/4/' - Errore N. "), 5000);
+        QVERIFY(w.panel(2).endsWith(QStringLiteral(" - Il reparto non esiste")));
+        QCOMPARE(w.panel(1), QStringLiteral("Attenzione!"));
+        QVERIFY(w.form->trayTip().endsWith(u'\n' + w.panel(2)));
+        QVERIFY(w.settle()); // it stays
+        QVERIFY(!w.panel(2).isEmpty());
+        w.drop("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+        QTRY_COMPARE_WITH_TIMEOUT(w.panel(2), QString(), 5000); // the next receipt went through
+        QCOMPARE(w.form->trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nDriver attivo"));
+    }
 
-void MainFormTest::secondInstanceIsRefused()
-{
-    EcrWindow w;
-    w.form->hide(); // in the tray
-    MainForm second({w.dir.path(), false}, &w.dialogs, &w.passwords);
-    QVERIFY(!second.start());
-    QCOMPARE(w.dialogs.shown, QStringList{"ATTENZIONE: Driver già attivo"});
-    QTRY_VERIFY(w.form->isVisible()); // and the running window comes forward
-    QVERIFY(w.ready()); // the first one is untouched
-}
+    void technicianLogin_data()
+    {
+        // The entries the login and the password change read; what is done in the dialog, if it is opened;
+        // what follows: the technician page, panel 4, credit flags, logged in, the new passwords' boxes emptied.
+        columns<QString, QString, QString, QString, QString, QString>("login", "change", "action", "after", "shown", "stored");
+        const QString wrong = "Attenzione: Password Errata";
+        row("no password: page open, not logged in", "", "", "", "page panel4", "", "");
+        row("a password: page closed", "Abc", "", "", "panel4", "", "Abc");
+        row("Cancel leaves the page", "", "", "CancelButton", "page", "", "");
+        row("Escape is Cancel", "", "", "escape", "page", "", "");
+        row("close box is Cancel", "Abc", "", "close", "", "", "Abc");
+        row("case and blanks do not count", "Abc", "x", "OKButton|aBC ", "page panel4 credit logged", "", "Abc");
+        row("Enter logs in; blanks are nothing", "", "x", "return|   ", "page panel4 credit logged", "", "");
+        row("refused login", "", "", "OKButton|x", "cleared", wrong, "");
+        row("something stored, nothing typed", "Abc", "", "return", "cleared", wrong, "Abc");
+        row("password changed, trimmed", "old", "", "Command1|| Abc | Abc ", "page panel4 logged", "", "Abc");
+        row("new entries differ in case", "old", "", "Command1||Abc|abc", "cleared panel4", "Attenzione: Nuova Password Errata",
+            "old");
+        row("change checks its own entry", "old", "Cur", "Command1|old", "panel4", "Attenzione: Password corrente errata", "old");
+        row("current compared without case", "old", "Cur", "Command1| cur|New|New", "page panel4 logged", "", "New");
+    }
+    void technicianLogin()
+    {
+        // The login dialog is driven through its own boxes and buttons: "button|typed|new|repeated".
+        const QStringList action = fetch<QString>("action").split(u'|');
+        EcrWindow w({}, "virtual", false);
+        w.passwords.values[technician::kLoginApplication] = fetch<QString>("login");
+        w.passwords.values[technician::kChangeApplication] = fetch<QString>("change");
+        QVERIFY(w.open());
+        QStringList after;
+        if (!action[0].isEmpty()) {
+            QTimer::singleShot(0, [&] {
+                auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+                QVERIFY(dialog);
+                auto* newPassword = dialog->findChild<QLineEdit*>("txtNewPassword_0");
+                dialog->findChild<QLineEdit*>("txtPassword")->setText(action.value(1));
+                newPassword->setText(action.value(2, "New"));
+                dialog->findChild<QLineEdit*>("txtNewPassword_1")->setText(action.value(3, "New"));
+                if (action[0] == "escape")
+                    QTest::keyClick(dialog, Qt::Key_Escape);
+                else if (action[0] == "return")
+                    QTest::keyClick(dialog->findChild<QLineEdit*>("txtPassword"), Qt::Key_Return);
+                else if (action[0] == "close")
+                    dialog->close();
+                else
+                    QTest::mouseClick(dialog->findChild<QPushButton*>(action[0]), Qt::LeftButton);
+                if (newPassword->text().isEmpty())
+                    after << "cleared";
+            });
+            w.form->mnuFileTecnico_Click();
+        }
+        for (const auto& [flag, on] : {std::pair{"page", w.find<QTabWidget>("SSTabPrimaria")->isTabEnabled(3)},
+                                       {"panel4", !w.find<QLabel>("sbMain_4")->isHidden()},
+                                       {"credit", w.find<QCheckBox>("chkPagCrediti_1")->isEnabled()},
+                                       {"logged", w.form->technicianLogged()}})
+            if (on)
+                after << flag;
+        QCOMPARE(after.join(u' '), fetch<QString>("after"));
+        QCOMPARE(w.dialogs.shown.join(u'|'), fetch<QString>("shown"));
+        QCOMPARE(w.passwords.values[technician::kLoginApplication], fetch<QString>("stored"));
+    }
 
-void MainFormTest::startModes_data()
-{
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<bool>("visible");
-    QTest::addColumn<bool>("minimized");
-    QTest::addColumn<int>("tab");
-    QTest::newRow("Normal") << "Normal" << true << false << 0;
-    QTest::newRow("Minimized") << "Minimized" << true << true << 0;
-    QTest::newRow("VirtualECR") << "VirtualECR" << true << false << 2;
-    // With no tray to go to (as here) an iconized start must not lose the window.
-    QTest::newRow("Iconized without a tray") << "Iconized" << true << false << 0;
-}
+    void startModes_data()
+    {
+        columns<QString, bool, int>("mode", "minimized", "tab");
+        row("Normal", "Normal", false, 0);
+        row("Minimized", "Minimized", true, 0);
+        row("VirtualECR", "VirtualECR", false, 2);
+        row("Iconized without a tray keeps the window", "Iconized", false, 0);
+    }
+    void startModes()
+    {
+        EcrWindow w("ServerModalita=" + fetch<QString>("mode").toLatin1() + "\r\n");
+        QVERIFY(w.form->isVisible());
+        QCOMPARE(w.form->isMinimized(), fetch<bool>("minimized"));
+        QCOMPARE(w.find<QTabWidget>("SSTabPrimaria")->currentIndex(), fetch<int>("tab"));
+    }
 
-void MainFormTest::startModes()
-{
-    QFETCH(QString, mode);
-    QFETCH(bool, visible);
-    QFETCH(bool, minimized);
-    QFETCH(int, tab);
-    EcrWindow w("ServerModalita=" + mode.toLatin1() + "\r\n");
-    QCOMPARE(w.form->isVisible(), visible);
-    QCOMPARE(w.form->isMinimized(), minimized);
-    QCOMPARE(w.find<QTabWidget>("SSTabPrimaria")->currentIndex(), tab);
-}
+    void configurationRoundTrip()
+    {
+        EcrWindow w;
+        w.find<QComboBox>("cmbModello")->setCurrentText("Velt");
+        w.find<QComboBox>("cmbComPort")->setCurrentText("Com7");
+        w.find<QComboBox>("cmbSpeed")->setCurrentText("115200");
+        w.find<QCheckBox>("chkSRV")->setChecked(true);
+        w.find<QComboBox>("cmbSRVModalita")->setCurrentText("Minimized");
+        w.find<QLineEdit>("txtSRVFile")->setText("*.txt");
+        w.find<QCheckBox>("chkLog")->setChecked(false);
+        w.find<QCheckBox>("chkWrapDescription")->setChecked(true);
+        w.dialogs.chosenDirectory = w.spool() + "/other";
+        QVERIFY(QDir().mkpath(w.dialogs.chosenDirectory));
+        w.click("cmdSRVDir");
+        QCOMPARE(w.dialogs.asked.last(), QStringLiteral("Indicare la cartella di lavoro temporanea del Server"));
+        w.click("cmdSalvaConfigPC");
+        // The running server takes its receipts from the new folder at once.
+        writeFile(w.dialogs.chosenDirectory + "/nuovo.txt", "3/S/NUOVO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+        QTRY_VERIFY_WITH_TIMEOUT(w.journal().contains("3/S/NUOVO//1/1.00/1/4/"), 5000);
+        w.form.reset();
+        const IniFile ini(w.ini());
+        const QMap<QString, QString> expected = {
+            {"Modello", "Velt"}, {"Porta", "7"}, {"Velocita", "115200"}, {"Dispositivo", ""},
+            {"ServerStato", "On"}, {"ServerModalita", "Minimized"}, {"ServerDir", w.spool() + "/other"},
+            {"ServerFile", "*.txt"}, {"ServerLog", "Off"}, {"WrapDescription", "On"}, {"AlIvaAuto", "Off"}};
+        for (auto it = expected.begin(); it != expected.end(); ++it)
+            QCOMPARE(ini.read("Parametri", it.key(), "<missing>", 255), it.value());
+        QVERIFY(w.open());
+        QCOMPARE(w.find<QComboBox>("cmbComPort")->currentText(), QStringLiteral("Com7"));
+        QVERIFY(!w.find<QCheckBox>("chkLog")->isChecked());
+    }
 
-void MainFormTest::configurationRoundTrip()
-{
-    EcrWindow w;
-    w.find<QComboBox>("cmbModello")->setCurrentText("Velt");
-    w.find<QComboBox>("cmbComPort")->setCurrentText("Com7");
-    w.find<QComboBox>("cmbSpeed")->setCurrentText("115200");
-    w.find<QCheckBox>("chkSRV")->setChecked(true);
-    w.find<QComboBox>("cmbSRVModalita")->setCurrentText("Minimized");
-    w.find<QLineEdit>("txtSRVFile")->setText("*.txt");
-    w.find<QCheckBox>("chkLog")->setChecked(false);
-    w.find<QCheckBox>("chkWrapDescription")->setChecked(true);
-    w.dialogs.chosenDirectory = w.spool() + "/other";
-    QVERIFY(QDir().mkpath(w.dialogs.chosenDirectory));
-    w.click("cmdSRVDir");
-    QCOMPARE(w.dialogs.asked.last(), QStringLiteral("Indicare la cartella di lavoro temporanea del Server"));
-    w.click("cmdSalvaConfigPC");
-    // The running server takes its receipts from the new folder at once.
-    writeFile(w.dialogs.chosenDirectory + "/nuovo.txt", "3/S/NUOVO//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-    QTRY_VERIFY_WITH_TIMEOUT(w.journal().contains("3/S/NUOVO//1/1.00/1/4/"), 5000);
-    w.form.reset();
-    const IniFile ini(w.ini());
-    const QMap<QString, QString> expected = {
-        {"Modello", "Velt"}, {"Porta", "7"}, {"Velocita", "115200"}, {"Dispositivo", ""},
-        {"ServerStato", "On"}, {"ServerModalita", "Minimized"}, {"ServerDir", w.spool() + "/other"},
-        {"ServerFile", "*.txt"}, {"ServerLog", "Off"}, {"WrapDescription", "On"}, {"AlIvaAuto", "Off"}};
-    for (auto it = expected.begin(); it != expected.end(); ++it)
-        QCOMPARE(ini.read("Parametri", it.key(), "<missing>", 255), it.value());
-    QVERIFY(w.open());
-    QCOMPARE(w.find<QComboBox>("cmbComPort")->currentText(), QStringLiteral("Com7"));
-    QCOMPARE(w.find<QComboBox>("cmbModello")->currentText(), QStringLiteral("Velt"));
-    QVERIFY(w.find<QCheckBox>("chkSRV")->isChecked());
-    QVERIFY(!w.find<QCheckBox>("chkLog")->isChecked());
-}
+    void storedSettingsSurviveASave()
+    {
+        // A model outside the table, a speed outside the list, and a ComN port that writes no device.
+        EcrWindow w({}, "virtual", false);
+        w.writeIni("Modello=Cassa Nuova\r\nVelocita=19200\r\nPorta=3\r\n");
+        QVERIFY(w.open());
+        w.click("cmdSalvaConfigPC");
+        const QByteArray saved = readFile(w.ini());
+        QVERIFY2(saved.contains("Modello=Cassa Nuova\r\nVelocita=19200\r\nPorta=3\r\n") && !saved.contains("Dispositivo"),
+                 saved.data());
+    }
 
-void MainFormTest::storedSettingsSurviveASave_data()
-{
-    QTest::addColumn<QByteArray>("stored"); // section Parametri but for the spool
-    QTest::addColumn<QByteArray>("kept");   // a line the save must leave as it is
-    QTest::addColumn<QByteArray>("absent"); // a key the save must not write
-    const QByteArray brio = "Modello=Kelm Brio\r\n", virt = "Dispositivo=virtual\r\n";
-    QTest::newRow("a speed outside the list") << brio + "Velocita=19200\r\n" + virt << QByteArray("Velocita=19200\r\n")
-                                              << QByteArray("<none>");
-    QTest::newRow("a model outside the table") << "Modello=Cassa Nuova\r\nVelocita=9600\r\n" + virt
-                                               << QByteArray("Modello=Cassa Nuova\r\n") << QByteArray("<none>");
-    QTest::newRow("a ComN port writes no device") << brio + "Velocita=9600\r\nPorta=3\r\n" << QByteArray("Porta=3\r\n")
-                                                  << QByteArray("Dispositivo");
-}
+    void missingModelOnTheStatusBar()
+    {
+        EcrWindow w({}, "virtual", false);
+        w.writeIni("Dispositivo=virtual\r\n");
+        QVERIFY(w.open()); // the window runs without the register
+        QCOMPARE(w.panel(1), QStringLiteral("Errore Nei Parametri"));
+        QCOMPARE(w.panel(2), QStringLiteral("Tipo Modello non impostato"));
+        QVERIFY(w.settle());
+        QCOMPARE(w.panel(3), QString());
+    }
 
-void MainFormTest::storedSettingsSurviveASave()
-{
-    QFETCH(QByteArray, stored);
-    QFETCH(QByteArray, kept);
-    QFETCH(QByteArray, absent);
-    EcrWindow w({}, "virtual", false);
-    w.writeIni(stored);
-    w.open();
-    w.click("cmdSalvaConfigPC");
-    const QByteArray saved = readFile(w.ini());
-    QVERIFY2(saved.contains(kept) && !saved.contains(absent), saved.constData());
-}
+    void keptLinesWaitWhileTheServerIsOff()
+    {
+        EcrWindow w("ServerStato=Off\r\n", "virtual", false);
+        server::savePendingQueue(server::pendingQueuePath(w.dir.path()), {{"3/S/RIMASTO//1/1.00/1/4/"}, {"5/1/0.00/////"}});
+        QVERIFY(w.open());
+        QVERIFY(w.ready());
+        std::atomic<bool> settled{false};
+        w.form->session().post([&](EcrLink&) { settled = true; });
+        QTRY_VERIFY(settled);
+        QVERIFY(!w.journal().join(u'|').contains("RIMASTO"));
+        w.find<QCheckBox>("chkSRV")->setChecked(true);
+        QTRY_VERIFY(w.journal().join(u'|').contains("3/S/RIMASTO//1/1.00/1/4/|5/1/"));
+    }
 
-void MainFormTest::keptLinesWaitWhileTheServerIsOff()
-{
-    EcrWindow w("ServerStato=Off\r\n", "virtual", false);
-    server::savePendingQueue(server::pendingQueuePath(w.dir.path()), {{"3/S/RIMASTO//1/1.00/1/4/"}, {"5/1/0.00/////"}});
-    QVERIFY(w.open());
-    QVERIFY(w.ready());
-    std::atomic<bool> settled{false};
-    w.form->session().post([&](EcrLink&) { settled = true; });
-    QTRY_VERIFY(settled);
-    QVERIFY(!w.journal().join(u'|').contains("RIMASTO"));
-    w.find<QCheckBox>("chkSRV")->setChecked(true);
-    QTRY_VERIFY(w.journal().join(u'|').contains("3/S/RIMASTO//1/1.00/1/4/|5/1/"));
-}
+    void exitQuestionWhileAReceiptIsOpen()
+    {
+        // A receipt file without its closing line leaves the receipt open: No stays, Yes leaves.
+        EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
+        QVERIFY(w.ready());
+        w.dialogs.answers = {Button::No, Button::Yes};
+        w.drop("3/S/UNO//1/1.00/1/4/\r\n");
+        QTRY_VERIFY_WITH_TIMEOUT(w.journal().contains("3/S/UNO//1/1.00/1/4/"), 10000);
+        QVERIFY(w.settle());
+        w.form->mnuFileExit_Click();
+        QVERIFY(w.form->isVisible());
+        w.form->mnuFileExit_Click();
+        QCOMPARE(w.dialogs.asked, QStringList(2, "ATTENZIONE: Scontrino Aperto !\r\n\r\nProseguo ?"));
+        QVERIFY(!w.form->isVisible());
+    }
 
-void MainFormTest::exitQuestionWhileAReceiptIsOpen_data()
-{
-    QTest::addColumn<bool>("yes");
-    QTest::newRow("No stays") << false;
-    QTest::newRow("Yes leaves") << true;
-}
+    void modelAdaptation_data()
+    {
+        // One letter a control: payments 0..8 | messages 0..9 | flag 3.
+        columns<int, int, bool, QString>("payments", "messages", "flag3", "enabled");
+        row("9 payments, 10 messages: everything on", 9, 10, true, QString("111111111|1111111111|1"));
+        row("5 payments, 2 messages, no flag 3", 5, 2, false, QString("111110000|1100000000|0"));
+    }
+    void modelAdaptation()
+    {
+        const QStringList names = {"txtPagDescr_%1", "txtScrollMSG_%1", "cmbFlagS_3"};
+        const int counts[] = {9, 10, 1};
+        QWidget root;
+        for (int k = 0; k < 3; ++k)
+            for (int j = 0; j < counts[k]; ++j)
+                (new QLineEdit(&root))->setObjectName(names[k].arg(j));
+        technician::ModelInfo model = technician::setupModelli().front();
+        model.paymentTypes = qint16(fetch<int>("payments"));
+        model.scrollingMessages = qint16(fetch<int>("messages"));
+        model.sFlagAvailable[3] = fetch<bool>("flag3");
+        ui::adaptFormToModel(&root, model);
+        QStringList seen(3);
+        for (int k = 0; k < 3; ++k)
+            for (int j = 0; j < counts[k]; ++j)
+                seen[k] += root.findChild<QWidget*>(names[k].arg(j))->isEnabled() ? u'1' : u'0';
+        QCOMPARE(seen.join(u'|'), fetch<QString>("enabled"));
+    }
 
-void MainFormTest::exitQuestionWhileAReceiptIsOpen()
-{
-    QFETCH(bool, yes);
-    // A register that takes 300 ms over every answer: Exit is chosen while
-    // the file that opened the receipt is still being sent.
-    QTemporaryDir simDir;
-    const QString link = simDir.filePath(QStringLiteral("tty"));
-    const QString journal = simDir.filePath(QStringLiteral("journal.txt"));
-    QProcess sim;
-    sim.start(QStringLiteral(ECRSIM_EXE), {"--link", link, "--delay", "300", "--journal", journal});
-    QVERIFY(sim.waitForReadyRead(5000));
-    EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n", link.toLatin1(), false);
-    w.dialogs.answers = {yes ? ui::Dialogs::Button::Yes : ui::Dialogs::Button::No};
-    QVERIFY(w.open());
-    QVERIFY(w.ready());
-    w.drop("3/S/UNO//1/1.00/1/4/\r\n3/S/DUE//1/1.00/1/4/\r\n3/S/TRE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-    QTRY_VERIFY_WITH_TIMEOUT(readFile(journal).contains("3/S/UNO//"), 10000);
-    QVERIFY(!readFile(journal).contains("5/1/"));
-    w.form->mnuFileExit_Click();
-    QCOMPARE(w.dialogs.asked, QStringList{"ATTENZIONE: Scontrino Aperto !\r\n\r\nProseguo ?"});
-    QCOMPARE(w.form->isVisible(), !yes);
-    sim.write("quit\n");
-    sim.waitForFinished(3000);
-}
+    void windowAnswersWhileTheRegisterIsSlow()
+    {
+        // A register that takes 1 s over every answer, on a real pty.
+        QTemporaryDir simDir;
+        const QString link = simDir.filePath(QStringLiteral("tty"));
+        QProcess sim;
+        sim.start(QStringLiteral(ECRSIM_EXE), {"--link", link, "--delay", "1000"});
+        QVERIFY(sim.waitForReadyRead(5000));
+        EcrWindow w({}, link.toLatin1(), false);
+        int ticks = 0;
+        QTimer clock;
+        connect(&clock, &QTimer::timeout, [&] { ++ticks; });
+        clock.start(20);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QVERIFY(w.open());
+        QVERIFY(elapsed.elapsed() < 800); // start-up does not wait for the register
+        QVERIFY(w.ready());
+        // Several seconds of exchanges, and the UI thread went on ticking all along.
+        QVERIFY2(ticks > elapsed.elapsed() / 20 / 2, qPrintable(QString::number(ticks)));
+        sim.write("quit\n");
+        sim.waitForFinished(3000);
+    }
 
-void MainFormTest::modelAdaptation_data()
-{
-    QTest::addColumn<int>("payments");
-    QTest::addColumn<int>("messages");
-    QTest::addColumn<bool>("flag3");
-    QTest::addColumn<QString>("enabled"); // one letter a control: payments 0..8 | messages 0..9 | flag 3
-    QTest::newRow("9 payments, 10 messages: everything on") << 9 << 10 << true << "111111111|1111111111|1";
-    QTest::newRow("5 payments, 2 messages, no flag 3") << 5 << 2 << false << "111110000|1100000000|0";
-}
+    void keysAndDisplay()
+    {
+        EcrWindow w(kSettings);
+        QVERIFY(w.ready());
+        w.form->show();
+        w.find<QTabWidget>("SSTabPrimaria")->setCurrentIndex(2);
+        w.form->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(w.form.get()));
+        QTest::keyClicks(w.form.get(), "75"); // the PC's digits press the register's "7" and "5"
+        w.key(41); // "REP-01"
+        QVERIFY(w.settle());
+        const QString line1 = w.find<QLabel>("LblDisp1_0")->text();
+        QVERIFY2(line1.contains(QStringLiteral("75")), qPrintable(line1));
+        QCOMPARE(line1.size(), 16);
+        // One register, one display, wherever it shows.
+        QCOMPARE(w.find<QLineEdit>("txtVirtDSP_0")->text(), line1);
+        QVERIFY(w.find<QLabel>("lblVirtualDisplay")->text().startsWith(line1));
+        const QStringList keys = w.journal().filter(QRegularExpression("^\\)/\\d+/$"));
+        QCOMPARE(keys.join(u' '), QStringLiteral(")/61/ )/46/ )/5/"));
+        // The technician's keypad presses the register's key of the same caption.
+        QString expected;
+        for (int i : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 14, 11, 12, 13, 15}) { // a sale on REP-01, then the cash key
+            auto* pad = w.find<QPushButton>(QStringLiteral("cmdVirtKBD_%1").arg(i));
+            for (const technician::EcrKey& key : technician::ecrKeys())
+                if (key.caption == pad->text())
+                    expected += QStringLiteral(" )/%1/").arg(key.code);
+            w.click(pad->objectName());
+        }
+        QVERIFY(w.settle());
+        QCOMPARE(w.journal().filter(QRegularExpression("^\\)/\\d+/$")).mid(keys.size()).join(u' '), expected.mid(1));
+        // The console: one record, then a command file.
+        w.find<QTabWidget>("SSTabPrimaria")->setCurrentIndex(3);
+        w.find<QLineEdit>("txtSingleCMD")->setText("a/");
+        QTest::keyClick(w.find<QLineEdit>("txtSingleCMD"), Qt::Key_Return); // Enter sends, as the button does
+        QVERIFY(w.settle());
+        QVERIFY2(w.journal().contains("a//"), qPrintable(w.journal().join(u'|'))); // a slash added even after one
+        QVERIFY(w.find<QPlainTextEdit>("txtAnswerCMD")->toPlainText().startsWith(QStringLiteral("00/")));
+        w.click("cmdTechCancAnswer");
+        QCOMPARE(w.find<QPlainTextEdit>("txtAnswerCMD")->toPlainText(), QString());
+        // A command file, every item of every line.
+        w.find<QLineEdit>("txtFileCMD")->setText(w.dir.filePath("missing.txt"));
+        w.click("cmdSendCommand_1");
+        QCOMPARE(w.find<QPlainTextEdit>("txtAnswerCMD")->toPlainText(), QStringLiteral("File inesistente"));
+        w.dialogs.chosenFile = w.dir.filePath("commands.txt");
+        writeFile(w.dialogs.chosenFile, "a/,s/\r\nZ/\r\n");
+        w.click("cmdTechFile");
+        QCOMPARE(w.find<QLineEdit>("txtFileCMD")->text(), w.dialogs.chosenFile);
+        w.click("cmdSendCommand_1");
+        QVERIFY(w.settle());
+        const QStringList j = w.journal();
+        QVERIFY(j.lastIndexOf(QStringLiteral("a/")) < j.lastIndexOf(QStringLiteral("s/")));
+        // The last item was refused: the box shows its outcome.
+        QCOMPARE(w.find<QPlainTextEdit>("txtAnswerCMD")->toPlainText(), QStringLiteral("Errore"));
+    }
 
-void MainFormTest::modelAdaptation()
-{
-    QFETCH(int, payments);
-    QFETCH(int, messages);
-    QFETCH(bool, flag3);
-    const QStringList names = {"txtPagDescr_%1", "txtScrollMSG_%1", "cmbFlagS_3"};
-    const int counts[] = {9, 10, 1};
-    QWidget root;
-    for (int k = 0; k < 3; ++k)
-        for (int j = 0; j < counts[k]; ++j)
-            (new QLineEdit(&root))->setObjectName(names[k].arg(j));
-    technician::ModelInfo model = technician::setupModelli().front();
-    model.paymentTypes = qint16(payments);
-    model.scrollingMessages = qint16(messages);
-    model.sFlagAvailable[3] = flag3;
-    ui::adaptFormToModel(&root, model);
-    QStringList seen(3);
-    for (int k = 0; k < 3; ++k)
-        for (int j = 0; j < counts[k]; ++j)
-            seen[k] += root.findChild<QWidget*>(names[k].arg(j))->isEnabled() ? u'1' : u'0';
-    QTEST(seen.join(u'|'), "enabled");
-}
+    void keyboardSaleHoldsReceiptFiles()
+    {
+        EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
+        QVERIFY(w.ready());
+        w.key(17); // "5": a sale begins on the keyboard
+        QVERIFY(w.settle());
+        w.drop("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
+        QTest::qWait(800); // three ticks and more
+        QVERIFY(QFile::exists(w.spool() + "/scontrino.txt")); // it waits in the folder
+        QVERIFY(w.panel(2).startsWith(QStringLiteral("Vendita in corso dalla tastiera")));
+        w.key(41);
+        w.key(43); // "Contanti": the display reads 0 again
+        QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(w.spool() + "/scontrino.txt"), 5000);
+        QTRY_VERIFY(w.journal().contains(QStringLiteral("5/1/0.00/////")));
+        const QStringList j = w.journal();
+        QVERIFY(j.indexOf(QStringLiteral(")/90/")) < j.indexOf(QStringLiteral("3/S/PANE//1/1.00/1/4/")));
+    }
 
-void MainFormTest::windowAnswersWhileTheRegisterIsSlow()
-{
-    // A register that takes 1.5 s over every answer, on a real pty.
-    QTemporaryDir simDir;
-    const QString link = simDir.filePath(QStringLiteral("tty"));
-    QProcess sim;
-    sim.start(QStringLiteral(ECRSIM_EXE), {"--link", link, "--delay", "1500"});
-    QVERIFY(sim.waitForReadyRead(5000));
-    EcrWindow w({}, link.toLatin1(), false);
-    int ticks = 0;
-    QTimer clock;
-    connect(&clock, &QTimer::timeout, [&] { ++ticks; });
-    clock.start(20);
-    QElapsedTimer elapsed;
-    elapsed.start();
-    QVERIFY(w.open());
-    QVERIFY(elapsed.elapsed() < 1000); // start-up does not wait for the register
-    QVERIFY(w.ready());
-    // Several seconds of exchanges, and the UI thread went on ticking all along.
-    QVERIFY2(ticks > elapsed.elapsed() / 20 / 2, qPrintable(QString::number(ticks)));
-    sim.write("quit\n");
-    sim.waitForFinished(3000);
-}
+    void invoiceOnTheCashKey()
+    {
+        // The customer form filled as soon as it shows; the sale and the cash key follow at once.
+        EcrWindow w(kSettings);
+        QVERIFY(w.settle());
+        QTimer filler;
+        QObject::connect(&filler, &QTimer::timeout, [&] {
+            for (QWidget* form : QApplication::topLevelWidgets()) {
+                if (form->objectName() != QStringLiteral("FrmCliente") || !form->isVisible() || !filler.isActive())
+                    continue;
+                filler.stop();
+                form->findChild<QLineEdit*>("TxtPIva")->setText("01234567897");
+                for (const QString box : {"TxtRiga_0", "TxtRiga_1", "TxtRiga_2"})
+                    form->findChild<QLineEdit*>(box)->setText(box);
+                QTest::mouseClick(form->findChild<QPushButton*>("CmdChiude_1"), Qt::LeftButton);
+                sale(w);
+            }
+        });
+        filler.start(20);
+        w.click("CmdFat");
+        QTRY_VERIFY(!filler.isActive());
+        QVERIFY(w.settle());
+        QCOMPARE(w.journal().filter(QRegularExpression(QStringLiteral("^(3/F|'|j|5/)"))),
+                 (QStringList{"3/F/OPENFAT//0/0/0/0/", "'/1/01234567897/1111111111111111/",
+                              "j/TxtRiga_0/TxtRiga_1/TxtRiga_2///////0/", "5/1/0////"}));
+    }
+
+    void documentForms_data()
+    {
+        // "escape", "close", or boxes to fill and the button to press; what is left: customer set,
+        // credit note set, PiCfLength, pending record, reference.
+        columns<QString, QString, QString>("form", "how", "left");
+        row("FrmPiCf escape", "FrmPiCf", "escape", "1 1 0  x/");
+        row("FrmNCred escape", "FrmNCred", "escape", "1 0 11  ");
+        row("FrmCliente close box", "FrmCliente", "close", "0 1 11 x/ x/");
+        row("FrmNCred close box", "FrmNCred", "close", "1 0 11  ");
+        row("FrmPiCf close box", "FrmPiCf", "close", "1 1 0  x/");
+        row("FrmCliente escape", "FrmCliente", "escape", "0 1 11 x/ x/");
+        row("FrmNCred OK", "FrmNCred", "TxtPratica=12-3 TxtRifer=R1 CmdChiude_1", "1 1 11 -/12-3/ 7/1/1/R1/");
+    }
+    void documentForms()
+    {
+        const QString form = fetch<QString>("form");
+        technician::FiscalDocuments d;
+        d.CustomerSet = d.CreditNoteSet = true;
+        d.PiCfLength = 11;
+        d.PendingDocRecord = d.CreditNoteRefRecord = QStringLiteral("x/");
+        ScriptedDialogs dialogs;
+        const std::unique_ptr<QDialog> dialog = form == "FrmPiCf" ? std::make_unique<ui::FrmPiCf>(d, dialogs)
+            : form == "FrmNCred" ? std::unique_ptr<QDialog>(std::make_unique<ui::FrmNCred>(d))
+                                 : std::make_unique<ui::FrmCliente>(d);
+        dialog->show();
+        const QString how = fetch<QString>("how");
+        if (how == "escape")
+            QTest::keyClick(dialog.get(), Qt::Key_Escape);
+        else if (how == "close")
+            dialog->close();
+        else // the boxes filled by name, then OK
+            for (const QString& box : how.split(u' ')) {
+                const QStringList pair = box.split(u'=');
+                pair.size() == 2 ? dialog->findChild<QLineEdit*>(pair[0])->setText(pair[1])
+                                 : QTest::mouseClick(dialog->findChild<QPushButton*>(box), Qt::LeftButton);
+            }
+        QVERIFY(!dialog->isVisible());
+        QCOMPARE(QStringLiteral("%1 %2 %3 %4 %5").arg(int(d.CustomerSet)).arg(int(d.CreditNoteSet)).arg(d.PiCfLength)
+                     .arg(d.PendingDocRecord, d.CreditNoteRefRecord), fetch<QString>("left"));
+    }
+
+    void headerPreviewDoublesTallLines()
+    {
+        int heights[4];
+        for (int size = 0; size < 4; ++size) {
+            ui::DlgPreviewIntestazione dialog({{"A", size, 0}, {"B", 0, 0}});
+            heights[size] = dialog.layout()->itemAt(0)->widget()->height();
+        }
+        QVERIFY(heights[0] < heights[1]);
+        QCOMPARE(heights[0], heights[2]);
+        QCOMPARE(heights[1], heights[3]);
+    }
+
+    void closureQuestion()
+    {
+        EcrWindow w(kSettings);
+        sale(w);
+        QVERIFY(w.settle());
+        w.dialogs.answers = {Button::Cancel, Button::Ok};
+        w.click("cmdChiusuraGIornaliera_0"); // Cancel closes nothing
+        QVERIFY(w.settle());
+        QVERIFY(!w.journal().contains(QStringLiteral("x/7/0/0/")) && !QFile::exists(w.spool() + "Totali.txt"));
+        w.click("cmdChiusuraGIornaliera_1"); // both buttons alike
+        QVERIFY(w.settle());
+        QCOMPARE(w.dialogs.asked, QStringList(2, "ATTENZIONE: Si conferma di voler fare la chiusura giornaliera?"));
+        QVERIFY(w.journal().contains(QStringLiteral("x/7/0/0/")));
+        // The folder name runs into the file name, as always; "5" keys five cents.
+        const QByteArray totals = readFile(w.spool() + QStringLiteral("Totali.txt"));
+        QVERIFY2(totals.startsWith("IVA 1 = ") && totals.contains("TOTALE VENDITE = 0.05"), totals.constData());
+    }
+
+    void reprintSetsTheParameterOnce()
+    {
+        EcrWindow w(kSettings);
+        sale(w); // a receipt to reprint
+        QVERIFY(w.settle());
+        w.dialogs.answers = {Button::Yes, Button::Yes};
+        w.click("cmdDGFE_0");
+        QVERIFY(w.settle());
+        QVERIFY(w.settle());
+        w.click("cmdDGFE_0");
+        w.click("cmdDGFE_1"); // a placeholder: nothing happens
+        QVERIFY(w.settle());
+        const QStringList j = w.journal().filter(QRegularExpression(QStringLiteral("^(B/12/|G/12/|\\)/120/)")));
+        QCOMPARE(j, (QStringList{"B/12/", "G/12/1/1/42/", ")/120/", "B/12/", ")/120/"}));
+    }
+
+    void testReceiptFiles()
+    {
+        EcrWindow w(kSettings);
+        for (int i = technician::kFirstTestReceipt; i <= technician::kLastTestReceipt; ++i) {
+            w.dialogs.answers = {Button::Yes, Button::Yes};
+            w.click(QStringLiteral("cmdDemoTicket_%1").arg(i));
+            QCOMPARE(readFile(w.spool() + "/scontrino.txt"), technician::testReceiptFile(i));
+            w.click(QStringLiteral("cmdDemoTicket_%1").arg(i)); // never over a waiting file
+            QCOMPARE(w.dialogs.shown.size(), i - technician::kFirstTestReceipt + 1);
+            QVERIFY(QFile::remove(w.spool() + "/scontrino.txt"));
+        }
+        QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Kelm Drev: File già esistente."));
+    }
+};
 
 QTEST_MAIN(MainFormTest)
 #include "tst_ui_mainform.moc"
