@@ -65,51 +65,39 @@ class TestServer : public QObject {
 private slots:
     void decideCommand_data()
     {
-        columns<QString, bool, CommandAction, QString, bool, QString, QString>("line", "openBefore", "action", "record",
-                                                                             "openAfter", "runTime", "log");
-        const auto send = [](const char* name, const char* line, bool before, bool after) {
-            row(name, QString::fromLatin1(line), before, CommandAction::Send, QString::fromLatin1(line), after, "", "");
+        // record "=": the line itself goes out.
+        columns<QStringList, bool, CommandAction, QString, bool, QString, QString>("lines", "openBefore", "action", "record",
+                                                                                  "openAfter", "runTime", "log");
+        const auto send = [](const char* name, const QStringList& lines, bool before, bool after) {
+            row(name, lines, before, CommandAction::Send, QString("="), after, QString(), QString());
         };
-        send("U/ opens", "U/", false, true);
-        send("2/ opens", "2/A/", false, true);
-        send("3/ opens", "3/S/REPARTO1//1/5.26/1/4/", false, true);
-        send("4/ opens", "4/10.00///0/0/0//", false, true);
-        send("-/ opens", "-/123-2010/", false, true);
-        send("5/ closes", "5/1/0.00/////", true, false);
-        send("5/ with none open", "5/1/0.00/////", false, false);
-        send("W/ open", "W/", true, true);
-        send("7/ closed", "7/0/1/##PROMEMORIA##/", false, false);
-        send("'/ open", "'/1/01234567897/1111111111111111/", true, true);
-        send("[/ closed", "[/", false, false);
-        send("w/ open", "w/1/1//", true, true);
-        send("q/ closed", "q/", false, false);
-        send("m/ open", "m//", true, true);
-        send("0/ closed", "0/", false, false);
-        send(")/5/ closed", ")/5/", false, false);
-        send(")/120/ open", ")/120/", true, true);
-        send("+/ open", "+/1/", true, true);
-        row("+/ with no receipt", "+/1/", false, CommandAction::Skip, "", false, "ECR        : Scontrino non aperto", "");
-        send("x/ closed", "x/7/0/0/", false, false);
-        send("6/ closed", "6/", false, false);
+        send("records that open a receipt", {"U/", "2/A/", "3/S/REPARTO1//1/5.26/1/4/", "4/10.00///0/0/0//", "-/123-2010/"},
+             false, true);
+        send("5/ closes", {"5/1/0.00/////"}, true, false);
+        send("records sent with no receipt open", {"5/1/0.00/////", "7/0/1/##PROMEMORIA##/", "[/", "q/", "0/", ")/5/", "x/7/0/0/",
+             "6/"}, false, false);
+        send("records sent inside a receipt", {"W/", "'/1/01234567897/1111111111111111/", "w/1/1//", "m//", ")/120/", "+/1/"},
+             true, true);
+        row("+/ with no receipt", QStringList{"+/1/"}, false, CommandAction::Skip, QString(), false,
+            QString("ECR        : Scontrino non aperto"), QString());
         for (const char* key : {"x/", "6/", "B/", "G/"})
-            QTest::addRow("%s in a receipt", key) << key + QStringLiteral("7/0/0/") << true << CommandAction::Skip << "" << true
-                << "ECR        : Comando non gestito con scontrino aperto"
+            QTest::addRow("%s in a receipt", key) << QStringList{key + QStringLiteral("7/0/0/")} << true << CommandAction::Skip
+                << "" << true << "ECR        : Comando non gestito con scontrino aperto"
                 << u'"' + QString::fromLatin1(key) + "\" - Comando non gestito con scontrino aperto !";
-        row("t0", "t0/", true, CommandAction::WriteSnapshot, "", true, "", "");
-        row("t0 with more", "t0x/1/", false, CommandAction::WriteSnapshot, "", false, "", "");
+        row("t0", QStringList{"t0/"}, true, CommandAction::WriteSnapshot, QString(), true, QString(), QString());
+        row("t0 with more", QStringList{"t0x/1/"}, false, CommandAction::WriteSnapshot, QString(), false, QString(), QString());
         // The customer block always goes out with nine fields and a final 0.
-        const auto customer = [](const char* name, const QString& line, const QString& record) {
-            row(name, line, false, CommandAction::Send, record, true, "", "");
+        const auto customer = [](const char* name, const QStringList& lines, const QString& record) {
+            row(name, lines, false, CommandAction::Send, record, true, QString(), QString());
         };
-        customer("j/ short", "j/A/B/", "j/A/////////0/");
-        customer("j/ well formed", kCustomer, kCustomer);
-        customer("j/ last field replaced by 0", "j/1/2/3/4/5/6/7/8/9/X/", "j/1/2/3/4/5/6/7/8/9/0/");
-        customer("j/ more than nine fields", "j/1/2/3/4/5/6/7/8/9/10/11/", "j/1/2/3/4/5/6/7/8/9/0/");
-        customer("j/ exactly nine fields", "j/1/2/3/4/5/6/7/8/9/", "j/1/2/3/4/5/6/7/8//0/");
-        customer("j/ no fields", "j/", "j//////////0/");
-        customer("j/ one field", "j/A/", "j//////////0/");
+        customer("j/ short", {"j/A/B/"}, "j/A/////////0/");
+        customer("j/ well formed", {kCustomer}, kCustomer);
+        customer("j/ tenth field and more replaced by 0", {"j/1/2/3/4/5/6/7/8/9/X/", "j/1/2/3/4/5/6/7/8/9/10/11/"},
+                 "j/1/2/3/4/5/6/7/8/9/0/");
+        customer("j/ exactly nine fields", {"j/1/2/3/4/5/6/7/8/9/"}, "j/1/2/3/4/5/6/7/8//0/");
+        customer("j/ no or one field", {"j/", "j/A/"}, "j//////////0/");
         const auto stop = [](const char* name, const char* line, const QString& key, bool open) {
-            row(name, QString::fromLatin1(line), open, CommandAction::StopQueue, "", open,
+            row(name, QStringList{line}, open, CommandAction::StopQueue, QString(), open,
                 "ECR        : Comando " + key + " non gestito.", u'"' + key + "\" - Comando non gestito !");
         };
         stop("other ) record", ")/7/", ")/", false);
@@ -122,92 +110,84 @@ private slots:
     }
     void decideCommand()
     {
-        const CommandDecision d = kelm::server::decideCommand(fetch<QString>("line"), fetch<bool>("openBefore"));
-        QTEST(d.action, "action");
-        QTEST(d.record, "record");
-        QTEST(d.receiptOpen, "openAfter");
-        QTEST(d.runTimeEntry, "runTime");
-        QTEST(d.logMessage, "log");
+        for (const QString& line : fetch<QStringList>("lines")) {
+            const CommandDecision d = kelm::server::decideCommand(line, fetch<bool>("openBefore"));
+            const QString& record = fetch<QString>("record");
+            QVERIFY2(d.action == fetch<CommandAction>("action"), qPrintable(line));
+            QCOMPARE(d.record, record == "=" ? line : record);
+            QVERIFY2(d.receiptOpen == fetch<bool>("openAfter"), qPrintable(line));
+            QTEST(d.runTimeEntry, "runTime");
+            QTEST(d.logMessage, "log");
+        }
     }
 
     // The status (error number) and the paper flag an answer leaves.
     void answerStatus_data()
     {
-        columns<QString, bool, int, bool>("answer", "paperBefore", "status", "paperAfter");
-        row("accepted", "00/00/01/", false, 0, false);
-        row("busy", "1A/00/", false, 26, false);
-        row("lower-case letter counts as 0", "1a/00/", false, 16, false);
-        row("highest", "FF", false, 255, false);
-        row("one character", "3", false, 48, false);
-        row("empty", "", false, 0, false);
-        row("state 4 sets", "00/04/", false, 0, true);
-        row("state 7 sets", "00/07/", false, 0, true);
-        row("state 5 sets", "31/05/", false, 49, true);
-        row("state 3 clears", "00/03/", true, 0, false);
-        row("state 0 clears", "00/00/", true, 0, false);
-        row("state 8 keeps set", "00/08/", true, 0, true);
-        row("state 12 keeps clear", "00/12/", false, 0, false);
-        row("state 99 keeps set", "00/99/", true, 0, true);
-        row("one digit", "00/4/", false, 0, true);
-        row("no state is 0", "00", true, 0, false);
-        row("letters are 0", "00/ab/", true, 0, false);
+        columns<QStringList, bool, int, bool>("answers", "paperBefore", "status", "paperAfter");
+        row("busy", QStringList{"1A/00/"}, false, 26, false);
+        row("lower-case letter counts as 0", QStringList{"1a/00/"}, false, 16, false);
+        row("highest", QStringList{"FF"}, false, 255, false);
+        row("one character", QStringList{"3"}, false, 48, false);
+        row("state 5 sets", QStringList{"31/05/"}, false, 49, true);
+        row("states 4, 7 set", QStringList{"00/04/", "00/07/", "00/4/"}, false, 0, true);
+        row("states 0..3, none or not a number clear", QStringList{"00/03/", "00/00/", "00", "00/ab/"}, true, 0, false);
+        row("states above 7 keep it set", QStringList{"00/08/", "00/99/"}, true, 0, true);
+        row("states above 7 keep it clear", QStringList{"00/00/01/", "", "00/12/"}, false, 0, false);
     }
     void answerStatus()
     {
-        QTEST(kelm::server::answerStatus(fetch<QString>("answer")), "status");
-        QTEST(kelm::server::paperOutAfter(fetch<QString>("answer"), fetch<bool>("paperBefore")), "paperAfter");
+        for (const QString& answer : fetch<QStringList>("answers")) {
+            QVERIFY2(kelm::server::answerStatus(answer) == fetch<int>("status"), qPrintable(answer));
+            QVERIFY2(kelm::server::paperOutAfter(answer, fetch<bool>("paperBefore")) == fetch<bool>("paperAfter"), qPrintable(answer));
+        }
     }
 
-    // How a mask is read (mode and pattern) and what it takes.
+    // How masks are read (mode and pattern) and what they take and leave.
     void fileMask_data()
     {
-        columns<QString, QString, QString, bool>("mask", "parsed", "name", "matches");
-        row("= same", "scontrino.txt", "=scontrino.txt", "scontrino.txt", true);
-        row("= other case", " scontrino.txt ", "=scontrino.txt", "SCONTRINO.TXT", true);
-        row("= longer", "scontrino.txt", "=scontrino.txt", "scontrino.txt.bak", false);
-        row("= prefixed", "scontrino.txt", "=scontrino.txt", "xscontrino.txt", false);
-        row("F ends", "*.txt", "F.txt", "a.TXT", true);
-        row("F working copy", "*.txt", "F.txt", "a.txt.drev", false);
-        row("I begins", "SCO*", "ISCO", "sco1.txt", true);
-        row("I name*.*", "SCO*.*", "ISCO", "SCO.dat", true);
-        row("I name**", "SCO**", "ISCO", "asco.txt", false);
-        row("I star inside", "ab*cd", "Iab", "abx", true);
-        row("C contains", "*ord*", "Cord", "record.txt", true);
-        row("C at start", "*ord*", "Cord", "ORDINE", true);
-        row("C text around", "a*ord*b", "Cord", "rec.txt", false);
-        row("C third star", "*.tx*x*", "C.tx", "a.tx", true);
-        row("A *", "*", "A", "other.program", true);
-        row("A *.*", "*.*", "A", "noext", true);
-        row("A **", "**", "A", "x", true);
-        row("A empty", "", "A", "x", true);
+        columns<QStringList, QString, QStringList, QStringList>("masks", "parsed", "takes", "leaves");
+        row("= exact name, any case", QStringList{"scontrino.txt", " scontrino.txt "}, "=scontrino.txt",
+            QStringList{"scontrino.txt", "SCONTRINO.TXT"}, QStringList{"scontrino.txt.bak", "xscontrino.txt"});
+        row("F ends", QStringList{"*.txt"}, "F.txt", QStringList{"a.TXT"}, QStringList{"a.txt.drev"});
+        row("I begins", QStringList{"SCO*", "SCO*.*", "SCO**"}, "ISCO", QStringList{"sco1.txt", "SCO.dat"}, QStringList{"asco.txt"});
+        row("I star inside", QStringList{"ab*cd"}, "Iab", QStringList{"abx"}, QStringList{});
+        row("C contains", QStringList{"*ord*", "a*ord*b"}, "Cord", QStringList{"record.txt", "ORDINE"}, QStringList{"rec.txt"});
+        row("C third star", QStringList{"*.tx*x*"}, "C.tx", QStringList{"a.tx"}, QStringList{});
+        row("A all", QStringList{"*", "*.*", "**", ""}, "A", QStringList{"other.program", "noext", "x"}, QStringList{});
     }
     void fileMask()
     {
-        const FileMask mask = parseFileMask(fetch<QString>("mask"));
-        QTEST(static_cast<char>(mask.mode) + mask.pattern, "parsed");
-        QTEST(matchesFileMask(mask, fetch<QString>("name")), "matches");
+        for (const QString& text : fetch<QStringList>("masks")) {
+            const FileMask mask = parseFileMask(text);
+            QCOMPARE(static_cast<char>(mask.mode) + mask.pattern, fetch<QString>("parsed"));
+            for (const QString& name : fetch<QStringList>("takes"))
+                QVERIFY2(matchesFileMask(mask, name), qPrintable(text + " " + name));
+            for (const QString& name : fetch<QStringList>("leaves"))
+                QVERIFY2(!matchesFileMask(mask, name), qPrintable(text + " " + name));
+        }
     }
 
     void forbidden_data()
     {
-        columns<QString, QStringList, bool>("name", "table", "expected");
-        const QStringList tmp{"tmp"};
+        columns<QStringList, QStringList, QStringList>("table", "forbidden", "allowed");
         const QStringList full(kelm::kMaxForbiddenExtensions, QStringLiteral("a"));
-        row("listed", "x.tmp", tmp, true);
-        row("other case", "x.TMP", tmp, true);
-        row("after empty slots", "x.tmp", QStringList{"exe", "", "", "tmp"}, true);
-        row("last dot decides", "x.tmp.txt", tmp, false);
-        row("after the last dot", "x.txt.tmp", tmp, true);
-        row("not listed", "x.txt", tmp, false);
-        row("prefix of an entry", "x.tm", tmp, false);
-        row("entry is a prefix", "x.tmpx", tmp, false);
-        row("no extension", "noext", QStringList{}, false);
-        row("final dot, empty slots", "x.", tmp, true);
-        row("final dot, every slot filled", "x.", full, false);
-        row("past the last slot", "x.exe", full + QStringList{"exe"}, false);
-        row("in the last slot", "x.exe", full.mid(1) + QStringList{"exe"}, true);
+        // The last dot decides; a final dot matches an empty slot.
+        row("one entry", QStringList{"tmp"}, QStringList{"x.tmp", "x.TMP", "x.txt.tmp", "x."},
+            QStringList{"x.tmp.txt", "x.txt", "x.tm", "x.tmpx"});
+        row("after empty slots", QStringList{"exe", "", "", "tmp"}, QStringList{"x.tmp"}, QStringList{});
+        row("empty table", QStringList{}, QStringList{}, QStringList{"noext"});
+        row("every slot filled", full, QStringList{}, QStringList{"x."});
+        row("past the last slot", full + QStringList{"exe"}, QStringList{}, QStringList{"x.exe"});
+        row("in the last slot", full.mid(1) + QStringList{"exe"}, QStringList{"x.exe"}, QStringList{});
     }
-    void forbidden() { QTEST(hasForbiddenExtension(fetch<QString>("name"), fetch<QStringList>("table")), "expected"); }
+    void forbidden()
+    {
+        for (const QString& name : fetch<QStringList>("forbidden"))
+            QVERIFY2(hasForbiddenExtension(name, fetch<QStringList>("table")), qPrintable(name));
+        for (const QString& name : fetch<QStringList>("allowed"))
+            QVERIFY2(!hasForbiddenExtension(name, fetch<QStringList>("table")), qPrintable(name));
+    }
 
     void logName_data()
     {
@@ -220,40 +200,36 @@ private slots:
 
     void itemLine_data()
     {
-        // options: w wrap, v automatic VAT; then the two description widths.
-        columns<QString, QString, int, int, QString, bool>("line", "options", "first", "second", "expected", "logged");
+        // options: w wrap, v automatic VAT; then the two description widths. expected "=": left as it came.
+        columns<QStringList, QString, int, int, QString, bool>("lines", "options", "first", "second", "expected", "logged");
+        const auto item = [](const char* name, const QStringList& lines, const char* options, const QString& expected,
+                             bool logged = false, int first = 20, int second = 30) {
+            row(name, lines, QString(options), first, second, expected, logged);
+        };
         const QString az = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ");
-        row("overflow into empty second", "3/S/" + az + "//1/5.00/1/4/", "w", 20, 30,
-            "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/1/4/", false);
-        row("overflow before second", "3/S/" + az + "/second/1/5.00/1/4/", "w", 20, 30,
-            "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ-second/1/5.00/1/4/", false);
-        row("short description only trimmed", "3/S/  Pane  / integrale /1/1.00/1/4/", "w", 20, 30,
-            "3/S/Pane/integrale/1/1.00/1/4/", false);
-        row("exactly the width stays", "3/S/ABCDEFGHIJKLMNOPQRST/" + az + az + "/1/1/1/4/", "w", 20, 30,
-            "3/S/ABCDEFGHIJKLMNOPQRST/" + az + az + "/1/1/1/4/", false);
-        row("wider model takes it whole", "3/S/" + az + "//1/5.00/1/4/", "w", 30, 30, "3/S/" + az + "//1/5.00/1/4/", false);
-        row("trimmed before measuring", "3/S/ ABCDEFGHIJKLMNOPQRST //1/5.00/1/4/", "w", 20, 30,
-            "3/S/ABCDEFGHIJKLMNOPQRST//1/5.00/1/4/", false);
-        row("second cut to its width", "3/S/" + az + "/second/1/5.00/1/4/", "w", 10, 10,
-            "3/S/ABCDEFGHIJ/KLMNOPQRST/1/5.00/1/4/", false);
-        row("width 0 means 10", "3/S/ABCDEFGHIJKLMNOP//1/5.00/1/4/", "w", 0, 0, "3/S/ABCDEFGHIJ/KLMNOP/1/5.00/1/4/", false);
-        row("negative width means 10", "3/S/" + az + "/second/1/5.00/1/4/", "w", 20, -1,
-            "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ-sec/1/5.00/1/4/", false);
-        row("wrap off leaves it all", "3/S/ " + az + " //1/5.00/1/4/", "", 20, 30, "3/S/ " + az + " //1/5.00/1/4/", false);
-        row("no second field keeps the final slash", "3/S/" + az + "/", "w", 20, 30, "3/S/" + az + "/", false);
-        row("department 2", "3/S/REPARTO2//1/25.88/2/4/", "v", 20, 30, "3/S/REPARTO2//1/25.88/2/10/", false);
-        row("department 1 is the first entry", "3/S/REPARTO1//1/5.26/1/4/", "v", 20, 30, "3/S/REPARTO1//1/5.26/1/22/", false);
-        row("department 21 with blanks", "3/R/X//1/1.00/ 21 /0/", "v", 20, 30, "3/R/X//1/1.00/ 21 /4/", false);
-        row("department 0", "3/S/X//1/1.00/0/4/", "v", 20, 30, "3/S/X//1/1.00/0/4/", true);
-        row("department 22", "3/S/X//1/1.00/ 22 /4/", "v", 20, 30, "3/S/X//1/1.00/ 22 /4/", true);
-        row("department not a number", "3/S/X//1/1.00/x/4/", "v", 20, 30, "3/S/X//1/1.00/x/4/", true);
-        row("department with unknown VAT code", "3/S/X//1/1.00/3/4/", "v", 20, 30, "3/S/X//1/1.00/3/4/", true);
-        row("line without a VAT field", "3/S/X//1/1.00/2/", "v", 20, 30, "3/S/X//1/1.00/2/", true);
-        row("VAT off leaves a bad department alone", "3/S/X//1/1.00/99/4/", "", 20, 30, "3/S/X//1/1.00/99/4/", false);
-        row("wrap and VAT", "3/S/" + az + "//1/5.00/2/4/", "wv", 20, 30, "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/2/10/", false);
-        row("wrap kept when the department is unknown", "3/S/" + az + "//1/5.00/x/4/", "wv", 20, 30,
-            "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/x/4/", true);
-        row("not an item line", "4/" + az + "///0/0/0//", "wv", 20, 30, "4/" + az + "///0/0/0//", false);
+        item("overflow into empty second", {"3/S/" + az + "//1/5.00/1/4/"}, "w", "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/1/4/");
+        item("overflow before second", {"3/S/" + az + "/second/1/5.00/1/4/"}, "w",
+             "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ-second/1/5.00/1/4/");
+        item("short description only trimmed", {"3/S/  Pane  / integrale /1/1.00/1/4/"}, "w", "3/S/Pane/integrale/1/1.00/1/4/");
+        item("exactly the width, no second field", {"3/S/ABCDEFGHIJKLMNOPQRST/" + az + az + "/1/1/1/4/", "3/S/" + az + "/"},
+             "w", "=");
+        item("wider model takes it whole", {"3/S/" + az + "//1/5.00/1/4/"}, "w", "=", false, 30, 30);
+        item("trimmed before measuring", {"3/S/ ABCDEFGHIJKLMNOPQRST //1/5.00/1/4/"}, "w", "3/S/ABCDEFGHIJKLMNOPQRST//1/5.00/1/4/");
+        item("second cut to its width", {"3/S/" + az + "/second/1/5.00/1/4/"}, "w", "3/S/ABCDEFGHIJ/KLMNOPQRST/1/5.00/1/4/",
+             false, 10, 10);
+        item("width 0 means 10", {"3/S/ABCDEFGHIJKLMNOP//1/5.00/1/4/"}, "w", "3/S/ABCDEFGHIJ/KLMNOP/1/5.00/1/4/", false, 0, 0);
+        item("negative width means 10", {"3/S/" + az + "/second/1/5.00/1/4/"}, "w",
+             "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ-sec/1/5.00/1/4/", false, 20, -1);
+        item("wrap and VAT off leave it all", {"3/S/ " + az + " //1/5.00/1/4/", "3/S/X//1/1.00/99/4/"}, "", "=");
+        item("department 2", {"3/S/REPARTO2//1/25.88/2/4/"}, "v", "3/S/REPARTO2//1/25.88/2/10/");
+        item("department 1 is the first entry", {"3/S/REPARTO1//1/5.26/1/4/"}, "v", "3/S/REPARTO1//1/5.26/1/22/");
+        item("department 21 with blanks", {"3/R/X//1/1.00/ 21 /0/"}, "v", "3/R/X//1/1.00/ 21 /4/");
+        item("department unknown or without a VAT code: left, logged", {"3/S/X//1/1.00/0/4/", "3/S/X//1/1.00/ 22 /4/",
+             "3/S/X//1/1.00/x/4/", "3/S/X//1/1.00/3/4/", "3/S/X//1/1.00/2/"}, "v", "=", true);
+        item("wrap and VAT", {"3/S/" + az + "//1/5.00/2/4/"}, "wv", "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/2/10/");
+        item("wrap kept when the department is unknown", {"3/S/" + az + "//1/5.00/x/4/"}, "wv",
+             "3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/x/4/", true);
+        item("not an item line", {"4/" + az + "///0/0/0//"}, "wv", "=");
     }
     void itemLine()
     {
@@ -266,11 +242,13 @@ private slots:
         o.vatRates[1] = 10;
         o.vatRates[2] = kelm::kUnknownVatRate;
         o.vatRates[20] = 4;
-        const auto result = rewriteItemLine(fetch<QString>("line"), o);
-        QTEST(result.line, "expected");
-        QTEST(!result.logMessage.isEmpty(), "logged");
-        if (!result.logMessage.isEmpty() && QTest::currentDataTag() == QLatin1String("department 22"))
-            QVERIFY2(result.logMessage.contains(QStringLiteral("\"22\"")), qPrintable(result.logMessage));
+        for (const QString& line : fetch<QStringList>("lines")) {
+            const auto result = rewriteItemLine(line, o);
+            QCOMPARE(result.line, fetch<QString>("expected") == "=" ? line : fetch<QString>("expected"));
+            QVERIFY2(result.logMessage.isEmpty() != fetch<bool>("logged"), qPrintable(line));
+            if (line.contains(QStringLiteral("/ 22 /")))
+                QVERIFY2(result.logMessage.contains(QStringLiteral("\"22\"")), qPrintable(result.logMessage));
+        }
     }
 
     // Each model in one line: name, code, header and footer lines, leading
@@ -297,31 +275,27 @@ private slots:
         row("first", "Kelm Brio", "QA", 20, 30);
         row("second", "Velt", "QC", 30, 30);
         row("empty name", "", "QB", 20, 30);
-        row("other case", "velt", "", 0, 0);
-        row("trailing blank", "Velt ", "", 0, 0);
-        row("unknown", "Nessuno", "", 0, 0);
+        for (const char* name : {"velt", "Velt ", "Nessuno"}) // other case, trailing blank, unknown
+            QTest::addRow("%s", name) << QString(name) << "" << 0 << 0;
     }
     void modelLookup()
     {
         const auto model = kelm::technician::findModel(fetch<QString>("name"));
-        QTEST(model ? model->code : QString(), "code");
         const DescriptionWidths widths = kelm::technician::descriptionWidthsFor(fetch<QString>("name"));
-        QTEST(widths.first, "first");
-        QTEST(widths.second, "second");
+        QCOMPARE(QStringLiteral("%1 %2 %3").arg(model ? model->code : QString()).arg(widths.first).arg(widths.second),
+                 QStringLiteral("%1 %2 %3").arg(fetch<QString>("code")).arg(fetch<int>("first")).arg(fetch<int>("second")));
     }
 
     void splitLines_data()
     {
         columns<QByteArray, QStringList>("bytes", "lines");
-        row("CR LF", QByteArray("U/\r\n5/1/\r\n"), QStringList{"U/", "5/1/"});
-        row("LF", QByteArray("U/\n5/1/\n"), QStringList{"U/", "5/1/"});
-        row("no final line end", QByteArray("U/\r\n5/1/"), QStringList{"U/", "5/1/"});
-        row("lone CR", QByteArray("U/\r5/1/\r"), QStringList{"U/", "5/1/"});
+        // CR LF, LF, no final line end, lone CR, DOS end-of-file mark
+        for (const char* bytes : {"U/\r\n5/1/\r\n", "U/\n5/1/\n", "U/\r\n5/1/", "U/\r5/1/\r", "U/\r\n5/1/\r\n\x1A"})
+            QTest::addRow("%s", QByteArray(bytes).toPercentEncoding().constData()) << QByteArray(bytes) << QStringList{"U/", "5/1/"};
         row("mixed", QByteArray("U/\n3/S/A/\r\n5/1/"), QStringList{"U/", "3/S/A/", "5/1/"});
         row("empty lines kept", QByteArray("U/\r\n\r\n\n5/1/"), QStringList{"U/", "", "", "5/1/"});
         row("only a line end", QByteArray("\r\n"), QStringList{""});
         row("empty file", QByteArray(), QStringList{});
-        row("DOS end-of-file mark", QByteArray("U/\r\n5/1/\r\n\x1A"), QStringList{"U/", "5/1/"});
         row("text after the mark", QByteArray("U/\x1A" "5/1/\r\n"), QStringList{"U/"});
         row("Windows-1252", QByteArray("3/S/Caff\xE8 \x80 1/\r\n"), QStringList{QStringLiteral("3/S/Caffè € 1/")});
         row("blanks kept", QByteArray(" 3/S/A/ \r\n"), QStringList{" 3/S/A/ "});
@@ -348,10 +322,9 @@ private slots:
         const QString eleven = "IVA 1 = 1.00|IVA 2 = 2.00|IVA 3 = 3.00|IVA 4 = 4.00|IVA 5 = 5.00|TOTALE VENDITE = 15.00|"
                                "SCONTRINI = 7|NON FISCALI = 2|TOTALE STORNI = 0.50|TOTALE RESI = 1.25|TOTALE ANNULLI = 3.10";
         const QString values = h + "1.00/2.00/3.00/4.00/5.00/15.00/7/2/0.50/1.25/3.10/";
-        row("empty answer", "", "");
-        row("header only", h, "");
-        row("no slash after the header", h + "12.00", "");
-        row("short header has no values", "00/1/2/", "");
+        // empty answer, header only, no slash after the header, short header: no values
+        for (const QString& answer : {QString(), h, h + "12.00", QStringLiteral("00/1/2/")})
+            QTest::addRow("no values: %s", qPrintable(answer)) << answer << "";
         row("one value", h + "5.00/", "IVA 1 = 5.00");
         row("empty values", h + "//", "IVA 1 = |IVA 2 = ");
         row("open tail ignored", h + "1/2", "IVA 1 = 1");
@@ -419,17 +392,15 @@ private slots:
 
     void suppressed_data()
     {
-        columns<QString, bool>("message", "expected");
-        row("busy refusal", "Comando 'x/7/0/0/' - Errore N. 26", true);
-        row("any 26 at the end", "Errore N. 126", true);
-        row("just 26", "26", true);
-        row("26 then a blank", "Errore N. 26 ", false);
-        row("26 inside", "Errore N. 261", false);
-        row("6 alone", "6", false);
-        row("empty", "", false);
-        row("ordinary", "Carta finita", false);
+        columns<QStringList, bool>("messages", "expected");
+        row("ends in 26", QStringList{"Comando 'x/7/0/0/' - Errore N. 26", "Errore N. 126", "26"}, true);
+        row("anything else", QStringList{"Errore N. 26 ", "Errore N. 261", "6", "", "Carta finita"}, false);
     }
-    void suppressed() { QTEST(kelm::isSuppressedLogMessage(fetch<QString>("message")), "expected"); }
+    void suppressed()
+    {
+        for (const QString& message : fetch<QStringList>("messages"))
+            QVERIFY2(kelm::isSuppressedLogMessage(message) == fetch<bool>("expected"), qPrintable(message));
+    }
 
     void writeLog()
     {
