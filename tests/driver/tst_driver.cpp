@@ -76,52 +76,42 @@ private Q_SLOTS:
 
     void policy_data()
     {
-        // frame replies: one per frame the PC sends; enq: the reply to every
-        // ENQ; fate: what the answer file says; records: what reached the
-        // register; runTime: list entries, oldest first; log: messages logged.
-        columns<QStringList, QString, QString, QStringList, QStringList, QStringList, qint64>(
-            "frameReplies", "enq", "fate", "records", "runTime", "log", "minElapsed");
-        const QString r = kItem, q = QStringLiteral("?/");
-        const QString busy = QStringLiteral("ECR-errore :26-Busy, reinvia il comando Ripeto comando");
+        // frame replies: one per frame the PC sends; fate: what the answer file says; records: what reached the
+        // register; runTime: list entries, oldest first; log: messages logged; enq: the reply to every ENQ.
+        columns<QStringList, QString, QStringList, QStringList, QStringList, qint64, QString>(
+            "frameReplies", "fate", "records", "runTime", "log", "minElapsed", "enq");
+        const auto policy = [](const char* name, const QStringList& replies, const char* fate, const QStringList& records,
+                               const QStringList& runTime, const QStringList& log, qint64 minElapsed, const char* enq = "<ACK>") {
+            row(name, replies, QString(fate), records, runTime, log, minElapsed, QString(enq));
+        };
+        const QString r = kItem, q = QStringLiteral("?/"), ok = answer("00"), busy = answer("1A");
+        const QString busyEntry = QStringLiteral("ECR-errore :26-Busy, reinvia il comando Ripeto comando");
         const QString paperEntry = QStringLiteral("ECR-errore :49-Carta finita Ricontrollo stato ECR e ripeto comando");
         const QString roll = QStringLiteral("Sostituire rotolo scontrino");
         const QString lost = QStringLiteral("Comunicazione impossibile ! Cassa spenta o cavo interrotto o velocità errata");
-        const QStringList none;
-        row("accepted", QStringList{answer("00")}, "<ACK>", "accettata", QStringList{r}, none, none, qint64(0));
-        row("busy three times, then accepted: sent four times, each repeat logged",
-            QStringList{answer("1A"), answer("1A"), answer("1A"), answer("00")}, "<ACK>", "accettata",
-            QStringList{r, r, r, r}, QStringList{busy, busy, busy}, QStringList(3, "Busy, reinvia il comando"), qint64(300));
-        row("refused: listed, logged, given up", QStringList{answer("08")}, "<ACK>", "rifiutata 8", QStringList{r},
-            QStringList{"ECR-errore :8-Il reparto non esiste Ignoro l'errore"}, QStringList{"Il reparto non esiste"}, qint64(0));
-        row("refused with 126: its number ends in 26, its text is still logged", QStringList{answer("7E")}, "<ACK>",
-            "rifiutata 126", QStringList{r},
-            QStringList{"ECR-errore :126-Raggiunto l'importo massimo per totale scontrino Ignoro l'errore"},
-            QStringList{"Raggiunto l'importo massimo per totale scontrino"}, qint64(0));
-        row("unknown number counts as accepted", QStringList{answer("48")}, "<ACK>", "accettata", QStringList{r}, none, none,
-            qint64(0));
-        row("NAK to the frame: wait a second, send again", QStringList{"<NAK>", answer("00")}, "<ACK>", "accettata",
-            QStringList{r, r}, none, none, qint64(1000));
-        row("no answer, state 00: sent again", QStringList{"<ACK>", answer("00"), answer("00")}, "<ACK>", "accettata",
-            QStringList{r, q, r}, none, none, qint64(2000 + 100));
-        row("no answer, state 01: given up silently", QStringList{"<ACK>", answer("01")}, "<ACK>", "incerta",
-            QStringList{r, q}, none, none, qint64(2000 + 100));
-        row("paper out: repeated every 2 s until the bit clears",
-            QStringList{answer("00", "04"), answer("00", "05"), answer("00", "00")}, "<ACK>", "accettata",
-            QStringList{r, r, r}, QStringList(2, "ECR        : " + roll), QStringList(2, roll), qint64(4000));
-        row("state above 7 keeps the paper flag as it was", QStringList{answer("00", "12")}, "<ACK>", "accettata",
-            QStringList{r}, none, none, qint64(0));
-        row("paper error: state queried until clear, then sent again",
-            QStringList{answer("31"), answer("31"), answer("00"), answer("00")}, "<ACK>", "accettata", QStringList{r, q, q, r},
-            QStringList{paperEntry, paperEntry}, QStringList(2, "Carta finita"), qint64(3000 + 500 + 3000 + 3000));
-        row("cover open, then a refusal read from the state query", QStringList{answer("32"), answer("08")}, "<ACK>",
-            "rifiutata 8", QStringList{r, q},
-            QStringList{"ECR-errore :50-Portello rotolo aperto Ricontrollo stato ECR e ripeto comando",
-                        "ECR-errore :8-Il reparto non esiste Ignoro l'errore"},
-            QStringList{"Portello rotolo aperto", "Il reparto non esiste"}, qint64(3000 + 500));
-        row("no ACK to ENQ: link lost", none, "", "non_inviata", none, QStringList{"ECR        : " + lost},
-            QStringList{lost}, qint64(3000));
-        row("CAN to ENQ: link lost at once", none, "<CAN>", "non_inviata", none, QStringList{"ECR        : " + lost},
-            QStringList{lost}, qint64(0));
+        const QString maxTotal = QStringLiteral("Raggiunto l'importo massimo per totale scontrino");
+        policy("accepted", {ok}, "accettata", {r}, {}, {}, 0);
+        policy("busy three times, then accepted: sent four times, each repeat logged", {busy, busy, busy, ok}, "accettata",
+               {r, r, r, r}, {busyEntry, busyEntry, busyEntry}, QStringList(3, "Busy, reinvia il comando"), 300);
+        policy("refused: listed, logged, given up", {answer("08")}, "rifiutata 8", {r},
+               {"ECR-errore :8-Il reparto non esiste Ignoro l'errore"}, {"Il reparto non esiste"}, 0);
+        policy("refused with 126: its number ends in 26, its text is still logged", {answer("7E")}, "rifiutata 126", {r},
+               {"ECR-errore :126-" + maxTotal + " Ignoro l'errore"}, {maxTotal}, 0);
+        policy("unknown number counts as accepted", {answer("48")}, "accettata", {r}, {}, {}, 0);
+        policy("NAK to the frame: wait a second, send again", {"<NAK>", ok}, "accettata", {r, r}, {}, {}, 1000);
+        policy("no answer, state 00: sent again", {"<ACK>", ok, ok}, "accettata", {r, q, r}, {}, {}, 2000 + 100);
+        policy("no answer, state 01: given up silently", {"<ACK>", answer("01")}, "incerta", {r, q}, {}, {}, 2000 + 100);
+        policy("paper out: repeated every 2 s until the bit clears", {answer("00", "04"), answer("00", "05"), ok}, "accettata",
+               {r, r, r}, QStringList(2, "ECR        : " + roll), QStringList(2, roll), 4000);
+        policy("state above 7 keeps the paper flag as it was", {answer("00", "12")}, "accettata", {r}, {}, {}, 0);
+        policy("paper error: state queried until clear, then sent again", {answer("31"), answer("31"), ok, ok}, "accettata",
+               {r, q, q, r}, {paperEntry, paperEntry}, QStringList(2, "Carta finita"), 3000 + 500 + 3000 + 3000);
+        policy("cover open, then a refusal read from the state query", {answer("32"), answer("08")}, "rifiutata 8", {r, q},
+               {"ECR-errore :50-Portello rotolo aperto Ricontrollo stato ECR e ripeto comando",
+                "ECR-errore :8-Il reparto non esiste Ignoro l'errore"},
+               {"Portello rotolo aperto", "Il reparto non esiste"}, 3000 + 500);
+        policy("no ACK to ENQ: link lost", {}, "non_inviata", {}, {"ECR        : " + lost}, {lost}, 3000, "");
+        policy("CAN to ENQ: link lost at once", {}, "non_inviata", {}, {"ECR        : " + lost}, {lost}, 0, "<CAN>");
     }
     void policy()
     {
@@ -403,18 +393,23 @@ private Q_SLOTS:
 
     void badReceiptFiles_data()
     {
-        columns<QByteArray, QString>("content", "item"); // the sale line as the register must get it, if it gets it
+        // item: the first line as the register must get it, if it gets it; sent: how many lines it got.
+        columns<QByteArray, QString, int>("content", "item", "sent");
         const QByteArray pay = "5/1/0.00/////\r\n";
         const QString caffe = QStringLiteral("3/S/CAFF\u00C8//1/1.00/1/4/"), ok = QStringLiteral("3/S/OK//1/1.00/1/4/");
-        row("UTF-8 with its mark", QByteArray("\xEF\xBB\xBF" "3/S/CAFF\xC3\x88//1/1.00/1/4/\r\n") + pay, caffe);
-        row("UTF-8 without a mark", QByteArray("3/S/CAFF\xC3\x88//1/1.00/1/4/\n") + pay, caffe);
-        row("Windows-1252 stays as it is", QByteArray("3/S/CAFF\xC8//1/1.00/1/4/\r\n") + pay, caffe);
-        row("binary bytes in a line", QByteArray("3/S/A\x01\xFF//1/1.00/1/4/\r\n") + pay, QString());
-        row("a frame byte in a line is not sent", "3/S/OK//1/1.00/1/4/\r\n3/S/A\x02\x03//1/1.00/1/4/\r\n" + pay, ok);
-        row("a NUL in a line", QByteArray("3/S/A\0B//1/1.00/1/4/\r\n", 22) + pay, QString());
+        row("UTF-8 with its mark", QByteArray("\xEF\xBB\xBF" "3/S/CAFF\xC3\x88//1/1.00/1/4/\r\n") + pay, caffe, 2);
+        row("UTF-8 without a mark", QByteArray("3/S/CAFF\xC3\x88//1/1.00/1/4/\n") + pay, caffe, 2);
+        row("Windows-1252 stays as it is", QByteArray("3/S/CAFF\xC8//1/1.00/1/4/\r\n") + pay, caffe, 2);
+        row("binary bytes in a line", QByteArray("3/S/A\x01\xFF//1/1.00/1/4/\r\n") + pay, QString(), 2);
+        row("a frame byte in a line is not sent", "3/S/OK//1/1.00/1/4/\r\n3/S/A\x02\x03//1/1.00/1/4/\r\n" + pay, ok, 2);
+        row("a NUL in a line", QByteArray("3/S/A\0B//1/1.00/1/4/\r\n", 22) + pay, QString(), 2);
         row("a line longer than a frame is not sent",
-            "3/S/OK//1/1.00/1/4/\r\n3/S/" + QByteArray(5000, 'L') + "//1/1.00/1/4/\r\n" + pay, ok);
-        row("LF, no final slash, no final line end", QByteArray("3/S/OK//1/1.00/1/4\n5/1/0.00/////"), ok);
+            "3/S/OK//1/1.00/1/4/\r\n3/S/" + QByteArray(5000, 'L') + "//1/1.00/1/4/\r\n" + pay, ok, 2);
+        row("LF, no final slash, no final line end", QByteArray("3/S/OK//1/1.00/1/4\n5/1/0.00/////"), ok, 2);
+        QByteArray large;
+        for (int i = 0; i < 3000; ++i)
+            large += "3/S/ITEM" + QByteArray::number(i) + "//1/0.01/1/4/\r\n";
+        row("a large file goes through whole", large + pay, QStringLiteral("3/S/ITEM0//1/0.01/1/4/"), 3001);
     }
     void badReceiptFiles()
     {
@@ -424,7 +419,7 @@ private Q_SLOTS:
         rig.server().ScanServerDir();
         // Whatever the register made of the odd line, the receipt was closed
         // and nothing was left behind.
-        QVERIFY(!rig.journal().isEmpty());
+        QTEST(int(rig.journal().size()), "sent");
         QCOMPARE(rig.journal().last(), kPay);
         QVERIFY(rig.server().queue.isEmpty());
         if (!fetch<QString>("item").isEmpty())
@@ -456,19 +451,6 @@ private Q_SLOTS:
                  QFileInfo::exists(rig.spoolFile("pipe.txt")) ? 2 : 1);
     }
 
-    void aLargeFileGoesThroughWhole()
-    {
-        DriverRig rig;
-        QByteArray content;
-        for (int i = 0; i < 3000; ++i)
-            content += "3/S/ITEM" + QByteArray::number(i) + "//1/0.01/1/4/\r\n";
-        rig.drop(QStringLiteral("scontrino.txt"), content + "5/1/0.00/////");
-        rig.server().ScanServerDir();
-        const QStringList journal = rig.journal();
-        QCOMPARE(journal.size(), 3001);
-        QCOMPARE(journal[2999], QStringLiteral("3/S/ITEM2999//1/0.01/1/4/"));
-        QCOMPARE(journal.last(), kPay);
-    }
 };
 
 QTEST_GUILESS_MAIN(DriverTest)
