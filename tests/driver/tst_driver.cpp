@@ -303,31 +303,24 @@ private Q_SLOTS:
         QTEST(rig.log.logName(), "logName");
     }
 
-    void nothingWhileTheRegisterIsUnknown()
-    {
-        DriverRig rig;
-        rig.server().serialNumber = QStringLiteral("   ");
-        rig.drop(QStringLiteral("scontrino.txt"), receipt(QStringLiteral("A")));
-        rig.server().ScanServerDir();
-        QVERIFY(rig.journal().isEmpty());
-        QVERIFY(QFile::exists(rig.spoolFile(QStringLiteral("scontrino.txt"))));
-    }
-
     void aFileIsTakenOnceItStopsChanging_data()
     {
-        // ageMs: of its time stamp when first seen, negative ahead; grows:
-        // written again before the second scan; takenAtScan: 1, 2, or 0.
-        columns<qint64, bool, qint64, int>("ageMs", "grows", "betweenMs", "takenAtScan");
-        row("written a while ago: at once", qint64(1000), false, qint64(0), 1);
-        row("fresh: at the next tick", qint64(0), false, qint64(250), 2);
-        row("fresh, looked at again too soon", qint64(0), false, qint64(150), 0);
-        row("still growing", qint64(0), true, qint64(250), 0);
-        row("dated an hour ahead: at the next tick", qint64(-3600000), false, qint64(250), 2);
-        row("dated ahead and still growing", qint64(-3600000), true, qint64(250), 0);
+        // ageMs: of its time stamp when first seen, negative ahead; grows: written again before the
+        // second scan; takenAtScan: 1, 2, or 0 (then the file is still there); known: the register's serial number.
+        columns<qint64, bool, qint64, int, bool>("ageMs", "grows", "betweenMs", "takenAtScan", "known");
+        row("written a while ago: at once", qint64(1000), false, qint64(0), 1, true);
+        row("fresh: at the next tick", qint64(0), false, qint64(250), 2, true);
+        row("fresh, looked at again too soon", qint64(0), false, qint64(150), 0, true);
+        row("still growing", qint64(0), true, qint64(250), 0, true);
+        row("dated an hour ahead: at the next tick", qint64(-3600000), false, qint64(250), 2, true);
+        row("dated ahead and still growing", qint64(-3600000), true, qint64(250), 0, true);
+        row("never while the register is unknown", qint64(1000), false, qint64(250), 0, false);
     }
     void aFileIsTakenOnceItStopsChanging()
     {
         DriverRig rig;
+        if (!fetch<bool>("known"))
+            rig.server().serialNumber = QStringLiteral("   ");
         rig.drop(QStringLiteral("scontrino.txt"), QByteArray("3/S/A//1/1.00/1/4/\r\n"), fetch<qint64>("ageMs"));
         rig.server().ScanServerDir();
         const bool first = !rig.journal().isEmpty();
@@ -336,6 +329,7 @@ private Q_SLOTS:
         rig.clock.advance(fetch<qint64>("betweenMs"));
         rig.server().ScanServerDir();
         QTEST(first ? 1 : rig.journal().isEmpty() ? 0 : 2, "takenAtScan");
+        QCOMPARE(QFile::exists(rig.spoolFile(QStringLiteral("scontrino.txt"))), fetch<int>("takenAtScan") == 0);
     }
 
     void aFileThatCannotBeClaimedIsLoggedOnce()

@@ -56,8 +56,18 @@ class HttpServiceTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        home_ = std::make_unique<QTemporaryDir>();
+        QDir(home_->path()).mkdir(QStringLiteral("spool"));
+        QFile ini(home_->filePath(QStringLiteral("KelmDrev.ini")));
+        QVERIFY(ini.open(QIODevice::WriteOnly));
+        ini.write("[Parametri]\r\nModello=Kelm Brio\r\nVelocita=115200\r\nDispositivo=virtual\r\nServerDir="
+                  + home_->filePath(QStringLiteral("spool")).toUtf8() + "\r\nServerFile=*.txt\r\n");
+        ini.close();
+        startProgram();
+    }
+    void cleanup() { stopProgram(); }
     void receiptPrintedOnceAcrossRestart();
     void badRequestsChangeNothing_data();
     void badRequestsChangeNothing();
@@ -66,8 +76,25 @@ private Q_SLOTS:
     void noFileTakenOnceStopped();
 
 private:
-    void startProgram();
-    void stopProgram();
+    void startProgram()
+    {
+        driver_ = std::make_unique<service::DriverSession>(
+            service::DriverSession::Options{home_->path(), false, service::DriverSession::Mode::Headless}, op_);
+        QCOMPARE(driver_->start(), QString());
+        http_ = std::make_unique<http::HttpService>(
+            *driver_, http::HttpService::Options{{QHostAddress(QHostAddress::LocalHost), 0}, QStringLiteral("t0k"), home_->path(), 7});
+        QCOMPARE(http_->start(), QString());
+        const auto serialNumber = [this] {
+            return call("GET", "/api/v1/status").json.value(QStringLiteral("register")).toObject().value(QStringLiteral("serialNumber"));
+        };
+        QTRY_VERIFY(!serialNumber().toString().isEmpty());
+        QTRY_VERIFY(journal().contains(QStringLiteral("e/"))); // the start-up's last exchange
+    }
+    void stopProgram()
+    {
+        http_.reset();
+        driver_.reset();
+    }
     Reply call(const QByteArray& method, const QByteArray& path, const QByteArray& body = {}, const QByteArray& headers = {})
     {
         QTcpSocket socket;
@@ -89,44 +116,6 @@ private:
     std::unique_ptr<service::DriverSession> driver_;
     std::unique_ptr<http::HttpService> http_;
 };
-
-void HttpServiceTest::init()
-{
-    home_ = std::make_unique<QTemporaryDir>();
-    QDir(home_->path()).mkdir(QStringLiteral("spool"));
-    QFile ini(home_->filePath(QStringLiteral("KelmDrev.ini")));
-    QVERIFY(ini.open(QIODevice::WriteOnly));
-    ini.write("[Parametri]\r\nModello=Kelm Brio\r\nVelocita=115200\r\nDispositivo=virtual\r\nServerDir="
-              + home_->filePath(QStringLiteral("spool")).toUtf8() + "\r\nServerFile=*.txt\r\n");
-    ini.close();
-    startProgram();
-}
-
-void HttpServiceTest::cleanup()
-{
-    stopProgram();
-}
-
-void HttpServiceTest::startProgram()
-{
-    driver_ = std::make_unique<service::DriverSession>(
-        service::DriverSession::Options{home_->path(), false, service::DriverSession::Mode::Headless}, op_);
-    QCOMPARE(driver_->start(), QString());
-    http_ = std::make_unique<http::HttpService>(
-        *driver_, http::HttpService::Options{{QHostAddress(QHostAddress::LocalHost), 0}, QStringLiteral("t0k"), home_->path(), 7});
-    QCOMPARE(http_->start(), QString());
-    const auto serialNumber = [this] {
-        return call("GET", "/api/v1/status").json.value(QStringLiteral("register")).toObject().value(QStringLiteral("serialNumber"));
-    };
-    QTRY_VERIFY(!serialNumber().toString().isEmpty());
-    QTRY_VERIFY(journal().contains(QStringLiteral("e/"))); // the start-up's last exchange
-}
-
-void HttpServiceTest::stopProgram()
-{
-    http_.reset();
-    driver_.reset();
-}
 
 void HttpServiceTest::receiptPrintedOnceAcrossRestart()
 {
