@@ -44,9 +44,6 @@ using In = const QStringList&;
 
 namespace {
 
-// Between the inputs of a row that each must give the row's expected text.
-const QString kOr = QStringLiteral("<or>");
-
 QString blanks(qsizetype n)
 {
     return QString(n, u' ');
@@ -567,10 +564,7 @@ void ProgrammingTest::texts_data()
 void ProgrammingTest::texts()
 {
     const auto& rule = kRules[fetch<QString>("rule")];
-    QList<QStringList> inputs{{}};
-    for (const QString& cell : fetch<QStringList>("input"))
-        cell == kOr ? inputs.append(QStringList()) : inputs.last().append(cell);
-    for (const QStringList& in : inputs) {
+    for (const QStringList& in : eachInput(fetch<QStringList>("input"))) {
         const QString got = rule(in);
         QVERIFY2(got == fetch<QString>("expected"), qPrintable(in.join(u',').left(80) + " gives " + got));
     }

@@ -30,8 +30,7 @@ namespace {
 
 const QStringList kButtons = {"Ok", "Cancel", "Yes", "No"};
 
-// Several inputs in one cell, each of which must give the row's output.
-const QString kOr = QStringLiteral("<or>");
+// Several inputs in one cell (see Table.h), each of which must give the row's output.
 QString anyOf(const QStringList& inputs)
 {
     return inputs.join(kOr);
