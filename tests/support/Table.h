@@ -34,3 +34,9 @@ inline QList<QStringList> eachInput(const QStringList& cells)
         cell == kOr ? inputs.append(QStringList()) : inputs.last().append(cell);
     return inputs;
 }
+
+// Several texts in one QString cell, split again with split(kOr).
+inline QString anyOf(const QStringList& texts)
+{
+    return texts.join(kOr);
+}

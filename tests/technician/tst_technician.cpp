@@ -30,12 +30,6 @@ namespace {
 
 const QStringList kButtons = {"Ok", "Cancel", "Yes", "No"};
 
-// Several inputs in one cell (see Table.h), each of which must give the row's output.
-QString anyOf(const QStringList& inputs)
-{
-    return inputs.join(kOr);
-}
-
 // Steps one a line: "clear", "send <record>", "panel <record>", "pause <ms>", "display"; any
 // other number a step carries follows it.
 QStringList stepTexts(const ExchangeSteps& steps)
@@ -234,18 +228,15 @@ void TechnicianTest::rules_data()
     row("Magg € then 4 and OK", "key", "Magg \u20AC", keyWords(67) + keyWords(37) + keyWords(90) + display);
     row("Altro (Tot4) then 4, OK", "key", "Altro (Tot4)", keyWords(58) + keyWords(37) + keyWords(90) + display);
     row("00 is 0 twice", "key", "00", keyWords(69) + keyWords(69) + display);
-    row("0 once", "key", "0", keyWords(69) + display);
     const std::pair<const char*, int> slowKeys[] = {{"PLU", 51}, {"Cassetto", 36}, {"Annullo Scontrino", 28},
                                                     {"Reso Merce", 43}, {"Storno", 35}, {"Avanzam. Carta", 21}};
     for (const auto& [caption, code] : slowKeys)
         row(caption, "key", caption, keyWords(code) + QStringList{"pause 200", "display"});
-    row("SC % has no extra", "key", "SC %", keyWords(60) + display);
-    row("Sub Totale", "key", "Sub Totale", keyWords(102) + display);
-    row("cash with no document", "key", "Contanti", keyWords(90) + display);
-    row("OK shares the cash code only", "key", "OK", keyWords(90) + display);
-    row("down arrow", "key", "\\/", keyWords(114) + display);
-    row("up arrow", "key", "/\\", keyWords(117) + display);
-    row("trailing point", "key", "Corr. non corrisp.", keyWords(1) + display);
+    // One key, nothing more: SC % has no extra, cash with no document, OK shares the cash code only.
+    const std::pair<const char*, int> plainKeys[] = {{"0", 69}, {"SC %", 60}, {"Sub Totale", 102}, {"Contanti", 90}, {"OK", 90},
+                                                     {"\\/", 114}, {"/\\", 117}, {"Corr. non corrisp.", 1}};
+    for (const auto& [caption, code] : plainKeys)
+        row(caption, "key", caption, keyWords(code) + display);
     row("no such key", "key", anyOf({"#-1", "#28", "#29", "#30", "#31", "#51"}), QStringList());
     row("keypad", "keypad", "61", QStringList{"send )/61/", "pause 100", "display"});
     row("technician tab", "tab", "", QStringList{"panel (/"});
