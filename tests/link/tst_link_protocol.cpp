@@ -216,7 +216,7 @@ private Q_SLOTS:
         for (const QString& status : fetch<QString>("status").split(kOr)) {
             QString text = QStringLiteral("stale");
             QVERIFY2(int(EcrErrorMessage(status, text)) == fetch<int>("errorClass"), qPrintable(status));
-            QTEST(text, "message");
+            QVERIFY2(text == fetch<QString>("message"), qPrintable(status + " gives " + text));
         }
     }
 
