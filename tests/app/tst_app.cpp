@@ -192,8 +192,7 @@ void AppTest::commandLine_data()
         false, false);
     // Send without records, --home without a folder, --http without a port, an unknown option.
     row("refused", QStringList{"send", kOr, "--home", kOr, "--http", kOr, "--fast"}, Mode::Window, none, no, false, true);
-    row("--http takes its value off", QStringList{"--http", "127.0.0.1:8080", "/TESTMODE"}, Mode::Window, none, no, true,
-        false);
+    row("--http takes its value off", QStringList{"--http", "127.0.0.1:8080", "/TESTMODE"}, Mode::Window, none, no, true, false);
     row("help wins", QStringList{"send", "--help"}, Mode::Help, none, no, false, false);
 }
 
@@ -235,10 +234,8 @@ void AppTest::iniWrite_data()
         "x", kIniTwoSections + "[Intestazioni]\r\nHead1=x\r\n");
     row("LF file gets LF lines", QByteArray("[P]\nA=1\n"), "P", "B", "2", QByteArray("[P]\nA=1\nB=2\n"));
     row("last line without an end gets one", QByteArray("[P]\r\nA=1"), "P", "B", "2", QByteArray("[P]\r\nA=1\r\nB=2\r\n"));
-    row("replace the last line without an end keeps it so", QByteArray("[P]\r\nA=1"), "P", "A",
-        "3", QByteArray("[P]\r\nA=3"));
-    row("value is written raw", QByteArray("[P]\r\n"), "P", "D", "C:\\a;b,c \"q\"",
-        QByteArray("[P]\r\nD=C:\\a;b,c \"q\"\r\n"));
+    row("replace the last line without an end keeps it so", QByteArray("[P]\r\nA=1"), "P", "A", "3", QByteArray("[P]\r\nA=3"));
+    row("value is written raw", QByteArray("[P]\r\n"), "P", "D", "C:\\a;b,c \"q\"", QByteArray("[P]\r\nD=C:\\a;b,c \"q\"\r\n"));
     row("Windows-1252 and ?", QByteArray("[P]\r\n"), "P", "K", QStringLiteral("\u20AC\u00E8\u4E00"),
         QByteArray("[P]\r\nK=\x80\xE8?\r\n"));
     row("line breaks in a value cannot split the file", QByteArray("[P]\r\n"), "P", "K", "a\r\nb",

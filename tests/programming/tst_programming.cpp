@@ -264,16 +264,11 @@ const QHash<QString, std::function<QString(In)>> kRules{
     {"fit", fitOf},
     {"resize", resizeOf},
     {"bmp", bmpOf},
-    {"question", // buttons: 0 OK, 1 Cancel, 2 Yes, 3 No; icons: 2 Question, 3 Warning
+    {"question", // icons: 2 Question, 3 Warning
      [](In in) {
-         const Question q = in[0] == "plu" ? emptyPluGridQuestion()
-                          : in[0] == "S"   ? resetSParametersQuestion()
-                                           : *downloadBranch(qint16(in[0].toInt())).confirmation;
-         QStringList buttons;
-         for (Operator::Button b : q.buttons)
-             buttons << QString::number(int(b));
-         return QStringLiteral("%1: %2 [%3] default %4, proceed %5, icon %6")
-             .arg(q.title, q.text, buttons.join(u' ')).arg(int(q.defaultButton)).arg(int(q.proceed)).arg(int(q.icon));
+         return questionText(in[0] == "plu" ? emptyPluGridQuestion()
+                             : in[0] == "S" ? resetSParametersQuestion()
+                                            : *downloadBranch(qint16(in[0].toInt())).confirmation);
      }},
 };
 
@@ -550,15 +545,15 @@ void ProgrammingTest::texts_data()
         QStringList{"0", "64", kOr, "64", "", kOr, "largo", "64", kOr, "100", "64"}, wrong);
     row("header question", "question", QStringList{"0"},
         "ATTENZIONE: L'intestazione degli scontrini si può cambiare un massimo di 60 volte. "
-        "Confermare Operazione? [0 1] default 1, proceed 0, icon 2");
+        "Confermare Operazione? [Ok Cancel] default Cancel, proceed Ok, icon 2");
     row("VAT rates question", "question", QStringList{"10"},
         "ATTENZIONE: Le aliquote IVA si possono cambiare un massimo di 20 volte. "
-        "Confermare Operazione? [0 1] default 1, proceed 0, icon 2");
+        "Confermare Operazione? [Ok Cancel] default Cancel, proceed Ok, icon 2");
     row("empty PLU grid", "question", QStringList{"plu"},
         "ATTENZIONE: La griglia PLU è vuota: lo scarico cancella tutte le PLU dell'ECR.\r\n"
-        "Confermare Operazione? [0 1] default 1, proceed 0, icon 3");
+        "Confermare Operazione? [Ok Cancel] default Cancel, proceed Ok, icon 3");
     row("S-parameters reset", "question", QStringList{"S"},
-        "Kelm Drev: Ripristino tutti i valori a default  [2 3] default 3, proceed 2, icon 2");
+        "Kelm Drev: Ripristino tutti i valori a default  [Yes No] default No, proceed Yes, icon 2");
 }
 
 void ProgrammingTest::texts()

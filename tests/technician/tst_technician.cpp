@@ -170,14 +170,9 @@ const QHash<QString, std::function<QStringList(const QString&)>> kRules{
     {"completion", completionOf},
     {"question",
      [](const QString& which) {
-         const Question q = which == "closure"   ? dailyClosureQuestion()
-                          : which == "reprint" ? reprintQuestion()
-                                               : testReceiptQuestion();
-         QStringList buttons;
-         for (Button b : q.buttons)
-             buttons << kButtons[int(b)];
-         return QStringList{QStringLiteral("%1: %2 [%3] default %4, icon %5")
-                                .arg(q.title, q.text, buttons.join(u' '), kButtons[int(q.defaultButton)]).arg(int(q.icon))};
+         return QStringList{questionText(which == "closure" ? dailyClosureQuestion()
+                                         : which == "reprint" ? reprintQuestion()
+                                                              : testReceiptQuestion())};
      }},
     {"typed", [](const QString& text) { return QStringList{singleCommandRecord(text)}; }},
     {"file", [](const QString& text) { return commandFileRecords(text.toLatin1()); }},
@@ -293,12 +288,12 @@ void TechnicianTest::rules_data()
                                    "clear", "send (/", "display", "no"} + keyWords(90) + QStringList{"display"});
     // Icon 1 is Information, 2 Question.
     row("closure question", "question", "closure",
-        QStringList{"ATTENZIONE: Si conferma di voler fare la chiusura giornaliera? [Ok Cancel] default Cancel, icon 1"});
+        QStringList{"ATTENZIONE: Si conferma di voler fare la chiusura giornaliera? [Ok Cancel] default Cancel, proceed Ok, icon 1"});
     row("reprint, one lone CR", "question", "reprint",
-        QStringList{"Attenzione: Vuoi ristampare\rl'ultimo scontrino? [Yes No] default Yes, icon 1"});
+        QStringList{"Attenzione: Vuoi ristampare\rl'ultimo scontrino? [Yes No] default Yes, proceed Yes, icon 1"});
     row("test receipts question", "question", "test",
         QStringList{"Attenzione: Consigliamo, prima di emettere \rscontrini di prova, di \rentrare in "
-                    "modalità apprendimento.\rVuoi continuare? [Yes No] default Yes, icon 2"});
+                    "modalità apprendimento.\rVuoi continuare? [Yes No] default Yes, proceed Yes, icon 2"});
     row("slash added", "typed", "x/1/1/1", QStringList{"x/1/1/1/"});
     row("slash added after one", "typed", "x/1/1/1/", QStringList{"x/1/1/1//"});
     row("trimmed first", "typed", "  a  ", QStringList{"a/"});
