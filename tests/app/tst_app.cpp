@@ -133,10 +133,8 @@ private Q_SLOTS:
                                        "ServerDir=/var/spool/kelm\r\nServerFile=*.txt\r\nServerLog=On\r\n"
                                        "WrapDescription=Off\r\nAlIvaAuto=On\r\n" + fetch<QByteArray>("dispositivo"));
         QCOMPARE(status.panels.value(2), QString());
-        QCOMPARE(c.port, "Com" + porta);
-        QCOMPARE(c.device, device.trimmed());
-        QCOMPARE(c.speed, 115200);
-        QCOMPARE(c.serverState, QStringLiteral("On"));
+        QCOMPARE((QStringList{c.port, c.device, QString::number(c.speed), c.serverState}),
+                 (QStringList{"Com" + porta, device.trimmed(), "115200", "On"}));
     }
     // The readers of a file's text into a list: FileExt.ini and command files.
     void textLists_data();
