@@ -684,12 +684,11 @@ void ProgrammingTest::logoRows_data()
         "$/1/64/64/1/" + zeros(16) + "/");
     row("upper-case digits", withPixels(b64, 0, {63, 62, 60}), b64, 0, 1, "$/1/64/64/1/D" + zeros(15) + "/");
     row("height not limited", black(64, 300), b64, 0, 300, "$/1/64/300/300/" + zeros(16) + "/");
-    row("no picture", QImage(), QImage(), 0, 1, kLogoNotSet);
-    row("63 wide", black(63, 64), black(63, 64), 0, 1, kLogoNotSet);
-    row("63 high", black(64, 63), black(64, 63), 0, 1, kLogoNotSet);
-    row("257 wide", black(257, 64), black(257, 64), 0, 1, kLogoNotSet);
-    row("no such page", b64, b64, 2, 1, kLogoNotSet);
-    row("negative page", b64, b64, -1, 1, kLogoNotSet);
+    // Refused: no picture, 63 wide, 63 high, 257 wide; no such page, a negative one.
+    const std::pair<QImage, int> refused[] = {{QImage(), 0}, {black(63, 64), 0}, {black(64, 63), 0}, {black(257, 64), 0},
+                                              {b64, 2}, {b64, -1}};
+    for (const auto& [image, page] : refused)
+        QTest::addRow("%dx%d, page %d", image.width(), image.height(), page) << image << image << page << 1 << kLogoNotSet;
 }
 
 void ProgrammingTest::logoRows()
