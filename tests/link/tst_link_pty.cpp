@@ -100,10 +100,13 @@ double cpuSeconds()
     return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) + double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
 }
 
-// ecrsim with its link and journal in a folder of its own.
+// ecrsim with its link and journal in a folder of its own, and the program's port to it.
 struct Sim {
     QTemporaryDir dir;
     QProcess process;
+    SerialPort port;
+    SystemClock clock;
+    EcrLink ecr{port, clock};
     QString link() const { return dir.filePath("ecr"); }
     QString journal() const { return dir.filePath("journal.txt"); }
 
@@ -194,24 +197,19 @@ private Q_SLOTS:
         Sim sim;
         QVERIFY2(sim.start(), qPrintable(sim.process.readAllStandardError()));
         QVERIFY(QFileInfo(sim.link()).isSymLink());
-        {
-            SerialPort port;
-            QVERIFY2(port.open(sim.link(), 9600), qPrintable(port.lastError()));
-            SystemClock clock;
-            EcrLink link(port, clock);
-            // What was received and not read is gone once the port closed.
-            port.writeByte(frame::ENQ);
-            QVERIFY(link.WaitForData(1000));
-            port.close();
-            QVERIFY(port.open(sim.link(), 9600));
-            QCOMPARE(port.bytesWaiting(), qint64(0));
-
-            QCOMPARE(transaction(link, "a/"), QStringLiteral("0 00/00/01/99KDV000001/1/KD/IT/1.00/"));
-            QCOMPARE(sim.command("busy 1"), QByteArray("ok"));
-            QCOMPARE(sim.command("busy lots"), QByteArray("error: usage: busy [N]"));
-            QCOMPARE(transaction(link, "x/7/0/0/"), QStringLiteral("0 1A/00/01/x/"));
-            QCOMPARE(sim.command("status"), QByteArray("receipt closed display \"            0.00|                \" records 1"));
-        }
+        QVERIFY2(sim.port.open(sim.link(), 9600), qPrintable(sim.port.lastError()));
+        // What was received and not read is gone once the port closed.
+        sim.port.writeByte(frame::ENQ);
+        QVERIFY(sim.ecr.WaitForData(1000));
+        sim.port.close();
+        QVERIFY(sim.port.open(sim.link(), 9600));
+        QCOMPARE(sim.port.bytesWaiting(), qint64(0));
+        QCOMPARE(transaction(sim.ecr, "a/"), QStringLiteral("0 00/00/01/99KDV000001/1/KD/IT/1.00/"));
+        QCOMPARE(sim.command("busy 1"), QByteArray("ok"));
+        QCOMPARE(sim.command("busy lots"), QByteArray("error: usage: busy [N]"));
+        QCOMPARE(transaction(sim.ecr, "x/7/0/0/"), QStringLiteral("0 1A/00/01/x/"));
+        QCOMPARE(sim.command("status"), QByteArray("receipt closed display \"            0.00|                \" records 1"));
+        sim.port.close();
         sim.process.terminate(); // SIGTERM
         QVERIFY(sim.process.waitForFinished(5000));
         QCOMPARE(sim.process.exitStatus(), QProcess::NormalExit);
@@ -226,11 +224,8 @@ private Q_SLOTS:
         Sim sim;
         QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
         const int watcher = ::open(QFile::encodeName(sim.link()).constData(), O_RDWR | O_NOCTTY);
-        SerialPort port;
-        QVERIFY(port.open(sim.link(), 9600));
-        SystemClock clock;
-        EcrLink link(port, clock);
-        QCOMPARE(transaction(link, "a/"), QStringLiteral("1002 "));
+        QVERIFY(sim.port.open(sim.link(), 9600));
+        QCOMPARE(transaction(sim.ecr, "a/"), QStringLiteral("1002 "));
         QCOMPARE(sim.command("unplug"), QByteArray("ok"));
         QCOMPARE(sim.nextLine(), QByteArray("unplugged"));
         QVERIFY(!QFileInfo(sim.link()).isSymLink());
@@ -240,13 +235,13 @@ private Q_SLOTS:
         QVERIFY(p.revents & POLLHUP);
         ::close(watcher);
         const double before = cpuSeconds();
-        QCOMPARE(int(link.LinkHandshake()), 1004);
+        QCOMPARE(int(sim.ecr.LinkHandshake()), 1004);
         QVERIFY2(cpuSeconds() - before < 0.5, "waiting on a dead line must sleep, not spin");
 
         QCOMPARE(sim.command("replug"), QByteArray("ok"));
         QCOMPARE(sim.nextLine(), QByteArray("replugged"));
-        QVERIFY(port.open(sim.link(), 9600));
-        QCOMPARE(transaction(link, "a/").left(5), QStringLiteral("0 00/")); // "can 1" was used up before the pull
+        QVERIFY(sim.port.open(sim.link(), 9600));
+        QCOMPARE(transaction(sim.ecr, "a/").left(5), QStringLiteral("0 00/")); // "can 1" was used up before the pull
         sim.process.write("quit\n");
         QVERIFY(sim.process.waitForFinished(5000));
         QCOMPARE(sim.process.exitCode(), 0);

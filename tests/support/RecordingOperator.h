@@ -28,3 +28,15 @@ public:
     QStringList runTime;   // oldest first (the window shows newest on top)
     QStringList queueSnapshots;
 };
+
+// A question as "title: text [Ok Cancel] default Cancel, proceed Ok, icon 2" (the icon by its number).
+inline QString questionText(const kelm::Question& q)
+{
+    static const QStringList names{"Ok", "Cancel", "Yes", "No"};
+    QStringList buttons;
+    for (kelm::Operator::Button b : q.buttons)
+        buttons << names[int(b)];
+    return QStringLiteral("%1: %2 [%3] default %4, proceed %5, icon %6")
+        .arg(q.title, q.text, buttons.join(u' '), names[int(q.defaultButton)], names[int(q.proceed)])
+        .arg(int(q.icon));
+}

@@ -22,3 +22,21 @@ const T& fetch(const char* column)
 {
     return *static_cast<const T*>(QTest::qData(column, qMetaTypeId<T>()));
 }
+
+// Several inputs in one cell, each of which must give the row's expected
+// value: the cells {"a", kOr, "b", "c"} are the inputs {"a"} and {"b", "c"}.
+inline const QString kOr = QStringLiteral("<or>");
+
+inline QList<QStringList> eachInput(const QStringList& cells)
+{
+    QList<QStringList> inputs{{}};
+    for (const QString& cell : cells)
+        cell == kOr ? inputs.append(QStringList()) : inputs.last().append(cell);
+    return inputs;
+}
+
+// Several texts in one QString cell, split again with split(kOr).
+inline QString anyOf(const QStringList& texts)
+{
+    return texts.join(kOr);
+}

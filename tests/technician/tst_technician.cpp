@@ -170,14 +170,9 @@ const QHash<QString, std::function<QStringList(const QString&)>> kRules{
     {"completion", completionOf},
     {"question",
      [](const QString& which) {
-         const Question q = which == "closure"   ? dailyClosureQuestion()
-                          : which == "reprint" ? reprintQuestion()
-                                               : testReceiptQuestion();
-         QStringList buttons;
-         for (Button b : q.buttons)
-             buttons << kButtons[int(b)];
-         return QStringList{QStringLiteral("%1: %2 [%3] default %4, icon %5")
-                                .arg(q.title, q.text, buttons.join(u' '), kButtons[int(q.defaultButton)]).arg(int(q.icon))};
+         return QStringList{questionText(which == "closure" ? dailyClosureQuestion()
+                                         : which == "reprint" ? reprintQuestion()
+                                                              : testReceiptQuestion())};
      }},
     {"typed", [](const QString& text) { return QStringList{singleCommandRecord(text)}; }},
     {"file", [](const QString& text) { return commandFileRecords(text.toLatin1()); }},
@@ -228,20 +223,16 @@ void TechnicianTest::rules_data()
     row("Magg € then 4 and OK", "key", "Magg \u20AC", keyWords(67) + keyWords(37) + keyWords(90) + display);
     row("Altro (Tot4) then 4, OK", "key", "Altro (Tot4)", keyWords(58) + keyWords(37) + keyWords(90) + display);
     row("00 is 0 twice", "key", "00", keyWords(69) + keyWords(69) + display);
-    row("0 once", "key", "0", keyWords(69) + display);
     const std::pair<const char*, int> slowKeys[] = {{"PLU", 51}, {"Cassetto", 36}, {"Annullo Scontrino", 28},
                                                     {"Reso Merce", 43}, {"Storno", 35}, {"Avanzam. Carta", 21}};
     for (const auto& [caption, code] : slowKeys)
         row(caption, "key", caption, keyWords(code) + QStringList{"pause 200", "display"});
-    row("SC % has no extra", "key", "SC %", keyWords(60) + display);
-    row("Sub Totale", "key", "Sub Totale", keyWords(102) + display);
-    row("cash with no document", "key", "Contanti", keyWords(90) + display);
-    row("OK shares the cash code only", "key", "OK", keyWords(90) + display);
-    row("down arrow", "key", "\\/", keyWords(114) + display);
-    row("up arrow", "key", "/\\", keyWords(117) + display);
-    row("trailing point", "key", "Corr. non corrisp.", keyWords(1) + display);
-    for (int missing : {-1, 28, 29, 30, 31, 51})
-        QTest::addRow("no key %d", missing) << QStringLiteral("key") << QStringLiteral("#%1").arg(missing) << QStringList();
+    // One key, nothing more: SC % has no extra, cash with no document, OK shares the cash code only.
+    const std::pair<const char*, int> plainKeys[] = {{"0", 69}, {"SC %", 60}, {"Sub Totale", 102}, {"Contanti", 90}, {"OK", 90},
+                                                     {"\\/", 114}, {"/\\", 117}, {"Corr. non corrisp.", 1}};
+    for (const auto& [caption, code] : plainKeys)
+        row(caption, "key", caption, keyWords(code) + display);
+    row("no such key", "key", anyOf({"#-1", "#28", "#29", "#30", "#31", "#51"}), QStringList());
     row("keypad", "keypad", "61", QStringList{"send )/61/", "pause 100", "display"});
     row("technician tab", "tab", "", QStringList{"panel (/"});
     row("prelievi", "prelievi", "", QStringList{"clear", "send 6/1/", "pause 100"});
@@ -251,23 +242,17 @@ void TechnicianTest::rules_data()
     row("reprint yes", "reprint", "Yes", QStringList{"clear", "send B/12/"});
     row("reprint no", "reprint", "No", QStringList());
     const QStringList reprintOnly{"send )/120/"}, setFirst{"send G/12/1/1/42/", "pause 100", "send )/120/"};
-    row("already 42", "after", "00/00/01/42/", reprintOnly);
-    row("42 and more after it", "after", "00/00/01/420/", reprintOnly);
-    row("other value", "after", "00/00/01/07/", setFirst);
-    row("42 one place early", "after", "00/00/0142//", setFirst);
-    row("refused, still 12 long", "after", "1A/00/01/42/", reprintOnly);
-    row("11 characters", "after", "00/00/01/42", QStringList());
-    row("no answer", "after", "", QStringList());
+    row("42 (refused too, or more after it)", "after", anyOf({"00/00/01/42/", "00/00/01/420/", "1A/00/01/42/"}), reprintOnly);
+    row("other value, or 42 one place early", "after", anyOf({"00/00/01/07/", "00/00/0142//"}), setFirst);
+    row("11 characters or no answer", "after", anyOf({"00/00/01/42", ""}), QStringList());
     // VAT or fiscal code form; outcome 0 closes, 1 the wrong length.
     row("VAT number", "piCf", "1|01234567897", QStringList{"0", "11", "'/1/01234567897/1111111111111111/",
                                                            "panel '/1/01234567897/1111111111111111/"});
     row("fiscal code upper-cased", "piCf", "1|rssmra80a01h501u",
         QStringList{"0", "16", "'/2/11111111111/RSSMRA80A01H501U/", "panel '/2/11111111111/RSSMRA80A01H501U/"});
-    row("12 characters", "piCf", "1|012345678901", QStringList{"1", "0", ""});
-    row("empty code", "piCf", "1|", QStringList{"1", "0", ""});
-    row("blanks count", "piCf", "1| 0123456789 ", QStringList{"1", "0", ""});
-    row("cancel a good one", "piCf", "0|01234567897", QStringList{"0", "0", ""});
-    row("other index cancels", "piCf", "2|01234567897", QStringList{"0", "0", ""});
+    row("12 characters, empty, blanks count", "piCf", anyOf({"1|012345678901", "1|", "1| 0123456789 "}),
+        QStringList{"1", "0", ""});
+    row("cancel a good one, other index", "piCf", anyOf({"0|01234567897", "2|01234567897"}), QStringList{"0", "0", ""});
     const QStringList rossi{"01234567897", "ROSSI SRL", "VIA ROMA 1", "00100 ROMA"};
     row("three lines are enough", "customer", "1", QStringList{"none", "yes"} + rossi);
     row("VAT number missing", "customer", "1P", QStringList{"0", "no", "", "", "", ""});
@@ -282,12 +267,10 @@ void TechnicianTest::rules_data()
     row("credit note cancelled", "creditNote", "0", QStringList{"no", "", "", "", vatRecord, ""});
     const QString idle = "            0.00", selling = "            4.20";
     const QString customer = "Cliente già impostato", note = "Nota Credito già impostata", invoice = "Fattura già impostata";
-    row("invoice, nothing pending", "start", "I--" + idle, QStringList{"form"});
-    row("invoice during a sale", "start", "I--" + selling, QStringList{"no form"});
+    row("nothing pending", "start", anyOf({"I--" + idle, "N--" + idle}), QStringList{"form"});
+    row("during a sale", "start", anyOf({"I--" + selling, "N--" + selling}), QStringList{"no form"});
     row("invoice twice", "start", "IC-" + idle, QStringList{customer, "no form"});
     row("invoice after a credit note", "start", "I-N" + idle, QStringList{note, "no form"});
-    row("credit note, nothing pending", "start", "N--" + idle, QStringList{"form"});
-    row("credit note during a sale", "start", "N--" + selling, QStringList{"no form"});
     row("credit note again only warns", "start", "N-N" + idle, QStringList{note, "form"});
     row("credit note after an invoice", "start", "NC-" + idle, QStringList{invoice, "no form"});
     row("credit note with both set", "start", "NCN" + idle, QStringList{note, invoice, "no form"});
@@ -298,20 +281,19 @@ void TechnicianTest::rules_data()
                            "display", "no"} + keyWords(90) + QStringList{"display"};
     };
     row("invoice", "completion", "0", paid("'/1/01234567897/1111111111111111/", "j/ROSSI SRL/VIA ROMA 1/00100 ROMA///////0/"));
-    row("invoice not opened: empty records", "completion", "26", paid("", ""));
-    row("refused by the link", "completion", "1004", paid("", ""));
+    row("invoice not opened or refused: empty records", "completion", anyOf({"26", "1004"}), paid("", ""));
     // A credit note sends the cash key twice.
     row("credit note", "completion", "N",
         keyWords(90) + QStringList{"pause 100", "clear", "panel 7/1/1/rif.sco.123/", "pause 100", "send )/90/", "pause 200",
                                    "clear", "send (/", "display", "no"} + keyWords(90) + QStringList{"display"});
     // Icon 1 is Information, 2 Question.
     row("closure question", "question", "closure",
-        QStringList{"ATTENZIONE: Si conferma di voler fare la chiusura giornaliera? [Ok Cancel] default Cancel, icon 1"});
+        QStringList{"ATTENZIONE: Si conferma di voler fare la chiusura giornaliera? [Ok Cancel] default Cancel, proceed Ok, icon 1"});
     row("reprint, one lone CR", "question", "reprint",
-        QStringList{"Attenzione: Vuoi ristampare\rl'ultimo scontrino? [Yes No] default Yes, icon 1"});
+        QStringList{"Attenzione: Vuoi ristampare\rl'ultimo scontrino? [Yes No] default Yes, proceed Yes, icon 1"});
     row("test receipts question", "question", "test",
         QStringList{"Attenzione: Consigliamo, prima di emettere \rscontrini di prova, di \rentrare in "
-                    "modalità apprendimento.\rVuoi continuare? [Yes No] default Yes, icon 2"});
+                    "modalità apprendimento.\rVuoi continuare? [Yes No] default Yes, proceed Yes, icon 2"});
     row("slash added", "typed", "x/1/1/1", QStringList{"x/1/1/1/"});
     row("slash added after one", "typed", "x/1/1/1/", QStringList{"x/1/1/1//"});
     row("trimmed first", "typed", "  a  ", QStringList{"a/"});
@@ -324,42 +306,27 @@ void TechnicianTest::rules_data()
     row("empty line is a record", "file", "a/\r\n\r\nb/\r\n", QStringList{"a/", "/", "b/"});
     row("empty file", "file", "", QStringList());
     row("accepted", "answer", "00/00/01/", QStringList{"00/00/01/"});
-    row("refused", "answer", "1A/00/", QStringList{"Errore"});
-    row("status without slash", "answer", "00", QStringList{"Errore"});
-    row("no answer from the register", "answer", "", QStringList{"Errore"});
+    row("refused, status without slash, no answer", "answer", anyOf({"1A/00/", "00", ""}), QStringList{"Errore"});
     const QString line1 = "            0.00", line2 = "BENVENUTI       ";
-    row("43 characters", "display", displayAnswer(line1, line2), QStringList{line1, line2});
-    row("longer answer", "display", displayAnswer(line1, line2) + "EXTRA/", QStringList{line1, line2});
-    row("42 characters", "display", displayAnswer(line1, line2).chopped(1), QStringList());
-    row("status only", "display", "00", QStringList());
-    row("empty display", "display", "", QStringList());
+    const QString full = displayAnswer(line1, line2);
+    row("43 characters or more", "display", anyOf({full, full + "EXTRA/"}), QStringList{line1, line2});
+    row("42 characters, status only, empty", "display", anyOf({full.chopped(1), "00", ""}), QStringList());
     // Reads: the reads done, then the last answer; out: whether to read once more.
     const QString good = displayAnswer(QString(16, u'1'), QString(16, u'2')), cut = good.left(42);
-    row("a good read is enough", "again", "1" + good, QStringList{"no"});
-    row("cut: read again", "again", "1" + cut, QStringList{"yes"});
-    row("no answer: read again", "again", "2", QStringList{"yes"});
-    row("three reads at most", "again", "3" + cut, QStringList{"no"});
-    const QStringList zero{"zero"}, amount{"amount"};
-    row("idle", "zero", "            0.00", zero);
-    row("amount", "zero", "           12.50", amount);
-    row("cents only", "zero", "            0.01", amount);
-    row("empty line", "zero", "", zero);
-    row("blank", "zero", QString(16, u' '), zero);
-    row("word first", "zero", "TOTALE      5.00", zero);
-    row("comma ends the number", "zero", "0,50", zero);
-    row("negative zero", "zero", "  -0.00", zero);
-    row("negative amount", "zero", "  -3.00", amount);
-    row("blanks inside the number", "zero", " 0 0 1", amount);
-    row("second point ends it", "zero", "0.0.5", zero);
-    row("word after zero", "zero", "0 PEZZI 5", zero);
+    row("a good read is enough, three at most", "again", anyOf({"1" + good, "3" + cut}), QStringList{"no"});
+    row("cut or no answer: read again", "again", anyOf({"1" + cut, "2"}), QStringList{"yes"});
+    // Idle, empty, blank, a word first, a comma or a second point ending the number, negative zero, a word after it.
+    const QString idleLine = "            0.00", word = "TOTALE      5.00";
+    row("zero", "zero", anyOf({idleLine, "", QString(16, u' '), word, "0,50", "0.0.5", "  -0.00", "0 PEZZI 5"}),
+        QStringList{"zero"});
+    row("amount", "zero", anyOf({"           12.50", "            0.01", "  -3.00", " 0 0 1"}), QStringList{"amount"});
     row("free text", "keys", "0/a", QStringList{"\\a"});
     row("pratica", "keys", "17- \bA/.", QStringList{"7- \b"});
     row("riferimento", "keys", "2/\\r", QStringList{"\\r"});
     row("separator added", "path", "srv|scontrino.txt", QStringList{"srv/scontrino.txt"});
     row("separator not doubled", "path", "srv/|scontrino.txt", QStringList{"srv/scontrino.txt"});
     row("two characters are enough", "path", "d1|s.tx", QStringList{"d1/s.tx"});
-    row("one character: nothing", "path", "c|s.tx", QStringList());
-    row("empty: nothing", "path", "|s.tx", QStringList());
+    row("one character or empty: nothing", "path", anyOf({"c|s.tx", "|s.tx"}), QStringList());
     row("display notices", "receipt", "1", QStringList{"Avviso Display", "7/0/1/##PROMEMORIA##/\r\n7/0/0/#SVUOTA-CASSA#/\r\n"});
     row("goods return", "receipt", "2",
         QStringList{"Reso Merce", "3/S/REPARTO1//1/5.26/1/4/\r\n3/S/REPARTO1//1/2.18/1/4/\r\nU/\r\n"
@@ -377,13 +344,16 @@ void TechnicianTest::rules_data()
     row("plain receipt", "receipt", "6",
         QStringList{"Scontrino", "3/S/Coca Cola 1,70/second , descr/1/25.88/1/4/\r\n3/S/REPARTO2//1/25.88/2/10/\r\n"
                                  "3/S/REPARTO3//1/7.33/3/20/\r\n4/10.00///0/0/0//\r\n5/1/0.00/////\r\n"});
-    for (const char* none : {"0", "7", "-1"})
-        QTest::addRow("no button %s", none) << QStringLiteral("receipt") << QString(none) << QStringList{"", ""};
+    row("no such button", "receipt", anyOf({"0", "7", "-1"}), QStringList{"", ""});
 }
 
 void TechnicianTest::rules()
 {
-    QTEST(kRules[fetch<QString>("rule")](fetch<QString>("input")), "output");
+    const auto& rule = kRules[fetch<QString>("rule")];
+    for (const QString& input : fetch<QString>("input").split(kOr)) {
+        const QStringList output = rule(input);
+        QVERIFY2(output == fetch<QStringList>("output"), qPrintable(input + " gives " + output.join(u'|')));
+    }
 }
 
 void TechnicianTest::onASlowRegister_data()
