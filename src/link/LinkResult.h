@@ -18,9 +18,6 @@ constexpr LinkResult NoStx = 1005;            // no STX within 2000 ms
 constexpr LinkResult NoAnswer = 1006;         // no acceptable answer frame in 3 rounds
 constexpr LinkResult NoReplyToFrame = 1007;   // no ACK, NAK or CAN to the frame in 3 rounds
 constexpr LinkResult PortNotOpen = 9999;      // added by panel commands
-
-// Codes that mean the link itself failed (cable, speed, power).
-constexpr bool isLinkFailure(int result) { return result >= NakToFrame && result <= NoReplyToFrame; }
 } // namespace link
 
 } // namespace kelm

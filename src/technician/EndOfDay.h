@@ -2,7 +2,6 @@
 
 #include "app/Operator.h"
 #include "technician/ExchangeStep.h"
-#include "app/Operator.h"
 
 // The end-of-day buttons: the daily closure and the sales totals report,
 // both by the panel road, which reports the register's errors itself.

@@ -1,5 +1,6 @@
 #include "ui/TechnicianPage.h"
 
+#include "technician/EndOfDay.h"
 #include "technician/LastReceiptReprint.h"
 #include "technician/TestReceipts.h"
 #include "technician/VirtualKeyboard.h"
@@ -91,8 +92,8 @@ TechnicianPage::TechnicianPage(QWidget* parent)
     consoleLayout->addWidget(txtAnswerCMD, 2, 1, 1, 2);
     consoleLayout->addWidget(clearAnswer, 2, 3);
 
-    auto* closure = namedButton(indexed(QStringLiteral("cmdChiusuraGIornaliera"), 1), QStringLiteral("Chiusura Giornaliera"));
-    auto* totals = namedButton(indexed(QStringLiteral("cmdReportVenditeOP01"), 1), QStringLiteral("Totali Venduto"));
+    auto* closure = namedButton(indexed(QStringLiteral("cmdChiusuraGIornaliera"), 1), technician::kDailyClosureCaption);
+    auto* totals = namedButton(indexed(QStringLiteral("cmdReportVenditeOP01"), 1), technician::kSalesTotalsCaption);
     QList<QPushButton*> journal;
     for (int i = 0; i < 4; ++i) {
         journal << namedButton(indexed(QStringLiteral("cmdDGFE"), i),

@@ -1,5 +1,6 @@
 #include "ui/UsoEcrPage.h"
 
+#include "technician/EndOfDay.h"
 #include "technician/VirtualKeyboard.h"
 #include "ui/Widgets.h"
 
@@ -111,8 +112,8 @@ UsoEcrPage::UsoEcrPage(QWidget* parent)
 
     auto* closing = new QGroupBox(QStringLiteral("Operazioni di Chiusura"));
     auto* closingButtons = new QHBoxLayout(closing);
-    auto* closure = namedButton(indexed(QStringLiteral("cmdChiusuraGIornaliera"), 0), QStringLiteral("Chiusura Giornaliera"));
-    auto* totals = namedButton(indexed(QStringLiteral("cmdReportVenditeOP01"), 0), QStringLiteral("Totali Venduto"));
+    auto* closure = namedButton(indexed(QStringLiteral("cmdChiusuraGIornaliera"), 0), technician::kDailyClosureCaption);
+    auto* totals = namedButton(indexed(QStringLiteral("cmdReportVenditeOP01"), 0), technician::kSalesTotalsCaption);
     closingButtons->addWidget(closure);
     closingButtons->addWidget(totals);
 

@@ -76,7 +76,8 @@ private Q_SLOTS:
         auto* label = qobject_cast<QFormLayout*>(srv->parentWidget()->layout())->labelForField(srv);
         QCOMPARE(qobject_cast<QLabel*>(label)->text(), QStringLiteral("Avvio"));
         for (const auto& [button, caption] : {std::pair{"cmdChiusuraGIornaliera_0", "Chiusura Giornaliera"},
-                                              {"cmdChiusuraGIornaliera_1", "Chiusura Giornaliera"}, {"cmdTechFile", "..."}})
+                                              {"cmdChiusuraGIornaliera_1", "Chiusura Giornaliera"}, {"cmdTechFile", "..."},
+                                              {"cmdReportVenditeOP01_0", "Totali Venduto"}, {"cmdReportVenditeOP01_1", "Totali Venduto"}})
             QCOMPARE(w.find<QPushButton>(button)->text(), QString::fromUtf8(caption));
         // A second window on the same folder is refused, and the running one comes forward from the tray.
         w.form->hide();
