@@ -236,7 +236,6 @@ void TechnicianTest::rules_data()
     row("keypad", "keypad", "61", QStringList{"send )/61/", "pause 100", "display"});
     row("technician tab", "tab", "", QStringList{"panel (/"});
     row("prelievi", "prelievi", "", QStringList{"clear", "send 6/1/", "pause 100"});
-    row("closure Cancel", "closure", "Cancel", QStringList());
     row("closure OK", "closure", "Ok", QStringList{"panel x/7/0/0/"});
     row("sales totals ask nothing", "totals", "", QStringList{"panel x/1/1/1/"});
     row("reprint yes", "reprint", "Yes", QStringList{"clear", "send B/12/"});
@@ -295,7 +294,6 @@ void TechnicianTest::rules_data()
         QStringList{"Attenzione: Consigliamo, prima di emettere \rscontrini di prova, di \rentrare in "
                     "modalità apprendimento.\rVuoi continuare? [Yes No] default Yes, proceed Yes, icon 2"});
     row("slash added", "typed", "x/1/1/1", QStringList{"x/1/1/1/"});
-    row("slash added after one", "typed", "x/1/1/1/", QStringList{"x/1/1/1//"});
     row("trimmed first", "typed", "  a  ", QStringList{"a/"});
     row("empty", "typed", "", QStringList{"/"});
     row("two items on a line", "file", "a/,b/\r\n", QStringList{"a/", "b/"});
