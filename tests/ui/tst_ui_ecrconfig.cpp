@@ -158,7 +158,6 @@ private Q_SLOTS:
         w.dialogs.answers = {Button::Ok};
         w.click("cmdSetParametri_10");
         QVERIFY(w.shown(1));
-        QCOMPARE(w.dialogs.shown[0], QStringLiteral("Kelm Drev: Aliquote IVA scaricate"));
         QVERIFY(w.journal().contains(QStringLiteral("b/4.00/10.00/22.00/5.00/0.00/")));
         for (int i = 0; i < 5; ++i)
             w.find<QLineEdit>(QStringLiteral("txtIVA_%1").arg(i))->clear();
@@ -175,7 +174,6 @@ private Q_SLOTS:
         w.find<QComboBox>("cmbDPTCodIVA_6")->setCurrentIndex(1);
         w.click("cmdSetParametri_3");
         QVERIFY(w.shown(2));
-        QCOMPARE(w.dialogs.shown[1], QStringLiteral("Kelm Drev: Reparti scaricati"));
         QVERIFY(w.journal().contains(QStringLiteral("D/7/BEVANDE/2//////")));
         w.click("cmdDPTClear");
         QVERIFY(!w.find<QPushButton>("cmdSetParametri_3")->isEnabled());
@@ -193,7 +191,6 @@ private Q_SLOTS:
         w.find<QCheckBox>("chkPagResto_1")->setChecked(true);
         w.click("cmdSetParametri_6");
         QVERIFY(w.shown(3));
-        QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Kelm Drev: Tabella pagamenti scaricate"));
         QVERIFY(w.journal().contains(QStringLiteral("Y/2/CREDITO/ARTA/10000000/0/0//1/0/")));
         w.click("cmdClearPagamenti");
         QCOMPARE(w.find<QLineEdit>("txtPagDescr_1")->text(), QString());
@@ -222,7 +219,6 @@ private Q_SLOTS:
         QTest::keyClicks(w.find<QLineEdit>("txtScrollMSG_2"), QStringLiteral(" SALDI 20% ")); // typing selects it
         w.click("cmdSetParametri_7");
         QVERIFY(w.shown(3));
-        QCOMPARE(w.dialogs.shown[2], QStringLiteral("Kelm Drev: Messaggio Scorrevole scaricato\rRicordarsi di attivarlo"));
         const IniFile ini(w.ini());
         QCOMPARE(ini.read("Messaggi", "Msg3", "<none>", 96), QStringLiteral("SALDI 20%"));
         QCOMPARE(ini.read("Messaggi", "Msg2", "<none>", 96), QStringLiteral("<none>"));
