@@ -81,15 +81,20 @@ QString shown(const Notice& n)
     return n.title + ": " + n.text + " icon " + QString::number(int(n.icon));
 }
 
+// The reset values with some changed: pairs of a place (flag 0, register number, name, bar code weight 0, intensity)
+// and its value.
 QString sParametersWith(In in)
 {
+    QStringList v{"0", "1", "CASSA -1", "27", "8"};
+    for (qsizetype i = 0; i + 1 < in.size(); i += 2)
+        v[in[i].toInt()] = in[i + 1];
     SParameters p = parseSParameters(defaultSParametersAnswer());
     p.flags[29] = 7; // read and shown, never sent
-    p.flags[0] = in[0].toInt();
-    p.registerNumber = in[1];
-    p.registerName = in[2];
-    p.barcodeWeight[0] = in[3];
-    p.printerIntensity = in[4];
+    p.flags[0] = v[0].toInt();
+    p.registerNumber = v[1];
+    p.registerName = v[2];
+    p.barcodeWeight[0] = v[3];
+    p.printerIntensity = v[4];
     return sParametersRecord(p);
 }
 
@@ -270,11 +275,6 @@ const QByteArray kExampleLine = "8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/1
 const QString kResetRecord = "S/00001100001000000001000000/999999/999999/1000000/99999999/0/0/0/1/CASSA -1/"
                              "27/27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/8/0/";
 
-QImage black(int width, int height)
-{
-    return filled({width, height}, Qt::black);
-}
-
 QImage withPixels(QImage image, int y, const QList<int>& xs, QColor colour = Qt::white)
 {
     for (const int x : xs)
@@ -299,11 +299,6 @@ QByteArray withHeaderSize(QByteArray bmp, qint32 width, qint32 height)
         bmp[22 + i] = char((height >> (8 * i)) & 0xFF);
     }
     return bmp;
-}
-
-QString zeros(int count)
-{
-    return QString(count, u'0');
 }
 
 } // namespace
@@ -340,7 +335,6 @@ void ProgrammingTest::texts_data()
     row("index past the list sends 0", "departmentRecord", QStringList{"8", "X", "5"}, "D/8/X/0//////");
     row("slash in the text", "departmentRecord", QStringList{"3", "BAR/CAFFE", "1"}, "D/3/BAR\\CAFFE/2//////");
     row("placeholder-like text", "departmentRecord", QStringList{"4", "50%1 %2", "2"}, "D/4/50%1 %2/3//////");
-    row("department read", "parseDepartment", QStringList{"00/00/01/REPARTO1/1/"}, "REPARTO1 0");
     row("trimmed, code 5", "parseDepartment", QStringList{"00/00/01/  PANE  /5/0/0/"}, "PANE 4");
     row("code 0 is no selection, 9 past the list, A not a digit, none", "parseDepartment",
         QStringList{"00/00/01/VARIE/0/", kOr, "00/00/01/VARIE/9/", kOr, "00/00/01/VARIE/A/", kOr, "00/00/01/VARIE"}, "VARIE -1");
@@ -377,24 +371,14 @@ void ProgrammingTest::texts_data()
         "8001234567890/ACQUA 1L/1/0/0.5/0/100/00000000/12/6");
     row("free number, status only", "parsePlu", QStringList{"00/00/01//////////////", kOr, "00"}, "////0/0/0//0/0");
     row("truncated after the flags", "parsePlu", QStringList{"00/00/01/C/D/1/0/00000000"}, "C/D/1/0/0/0/0/00000000/0/0");
-    // S-parameters: flag 0, register number, name, bar code weight 0, intensity; flags past the sent ones never go.
-    const auto with = [](const QString& flag0, const QString& numberAndName, const QString& weight0, const QString& intensity) {
-        return "S/" + flag0 + "0001100001000000001000000/999999/999999/1000000/99999999/0/0/0/" + numberAndName + "/"
-            + weight0 + "/27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/" + intensity + "/0/";
-    };
-    const QStringList base{"0", "1", "CASSA -1", "27", "8"};
-    const auto in = [&](int at, const QString& value) {
-        QStringList changed = base;
-        changed[at] = value;
-        return changed;
-    };
-    row("the reset record", "sParametersRecord", base, kResetRecord);
-    row("no selection sends 0", "sParametersRecord", in(0, "-1"), with("0", "1/CASSA -1", "27", "8"));
-    row("two-digit index sends its last digit", "sParametersRecord", in(0, "12"), with("2", "1/CASSA -1", "27", "8"));
-    row("name keeps its last 8", "sParametersRecord", in(2, "CASSA CENTRALE"), with("0", "1/CENTRALE", "27", "8"));
-    row("number keeps its last 3", "sParametersRecord", in(1, " 12345 "), with("0", "345/CASSA -1", "27", "8"));
-    row("bar code keeps 2, intensity 3", "sParametersRecord", QStringList{"0", "1", "X/Y", "123", "1234"},
-        with("0", "1/X\\Y", "23", "234"));
+    // S-parameters from the reset values; flags past the sent ones never go.
+    const auto reset = [](const QString& from, const QString& to) { return QString(kResetRecord).replace(from, to); };
+    row("the reset record, no selection", "sParametersRecord", QStringList{"0", "0", kOr, "0", "-1"}, kResetRecord);
+    row("two-digit index sends its last digit", "sParametersRecord", QStringList{"0", "12"}, reset("S/0", "S/2"));
+    row("name keeps its last 8", "sParametersRecord", QStringList{"2", "CASSA CENTRALE"}, reset("CASSA -1", "CENTRALE"));
+    row("number keeps its last 3", "sParametersRecord", QStringList{"1", " 12345 "}, reset("/1/CASSA", "/345/CASSA"));
+    row("bar code keeps 2, intensity 3", "sParametersRecord", QStringList{"2", "X/Y", "3", "123", "4", "1234"},
+        reset("1/CASSA -1/27/", "1/X\\Y/23/").replace("/8/0/", "/234/0/"));
     // Read: flags 0..4 and those never sent, maximum 0, name, pay rate.
     row("flags only", "parseSParameters", QStringList{"00/00/01/12x9/"}, "1 2 0 9 0 0 0 0 0|0||");
     row("cut in the maximums", "parseSParameters", QStringList{"00/00/01/1/12.5/7"}, "1 0 0 0 0 0 0 0 0|12||");
@@ -419,7 +403,6 @@ void ProgrammingTest::texts_data()
     // Read: description, short, flags, rate, change, mark-up.
     row("answer order", "parsePaymentType", QStringList{"00/00/01/CONTANTI/CONT/10000001/1.00/x/y/z/0.50/3/r/s/"},
         "CONTANTI|CONT|10000001|1.00|0.50|3");
-    row("flag 1 only", "parsePaymentType", QStringList{"00/00/01/A/B/1/"}, "A|B|10000000|||");
     row("not a 1 clears", "parsePaymentType", QStringList{"00/00/01/A/B/2Y011x1/"}, "A|B|00011010|||");
     row("payment truncated", "parsePaymentType", QStringList{"00/0"}, "||00000000|||");
     // Failures: download index, answer, identification; icon 4 is Critical.
@@ -583,9 +566,8 @@ void ProgrammingTest::downloadOnTheRegister()
                                   QString()};
     QList<int> done;
     if (index == 2)
-        runLogoDownload(reg.link, reg.op, logoDownload({black(64, 64), black(128, 64)}, 0).records, [&](int n, int total) {
-            done << n << total;
-        });
+        runLogoDownload(reg.link, reg.op, logoDownload({filled({64, 64}, Qt::black), filled({128, 64}, Qt::black)}, 0).records,
+                        [&](int n, int total) { done << n << total; });
     else
         runDownload(reg.link, reg.op, downloadBranch(qint16(index)), records);
     QTEST(reg.op.messages, "shown");
@@ -598,7 +580,7 @@ void ProgrammingTest::pluRowsComeAsTheyAreRead()
     RegisterRig reg;
     runPluDownload(reg.link, reg.op, {pluRow("A/X/1/0/1/0/1/00000000"), pluRow("B/Y/1/0/1/0/1/00000000")});
     QStringList asked; // the record just carried out as each row comes in
-    readPluTable(reg.link, reg.op, [&](int n, const PluRow& r) { asked << reg.tap.records().last() + QString::number(n) + r[0]; });
+    readPluTable(reg.link, reg.op, [&](int n, auto& r) { asked << reg.tap.records().last() + QString::number(n) + r[0]; });
     QCOMPARE(asked, (QStringList{"p/1/1A", "p/2/2B"}));
 }
 
@@ -607,18 +589,20 @@ void ProgrammingTest::logoRows_data()
     columns<QImage, QImage, int, int, QString>("head", "end", "page", "row", "record"); // or the refusal
     QImage white64(64, 64, QImage::Format_RGB888);
     white64.fill(Qt::white);
+    const auto black = [](int width, int height) { return filled({width, height}, Qt::black); };
     const QImage b64 = black(64, 64);
+    const QString z(64, u'0');
     row("64 wide, all white", white64, b64, 0, 1, QStringLiteral("$/1/64/64/1/FFFFFFFFFFFFFFFF/"));
-    row("end page, 128 wide", white64, black(128, 64), 1, 1, "$/2/128/64/1/" + zeros(32) + "/");
-    row("256 wide, last row", black(256, 256), b64, 0, 256, "$/1/256/256/256/" + zeros(64) + "/");
-    row("right edge white", withPixels(b64, 0, {60, 61, 62, 63}), b64, 0, 1, "$/1/64/64/1/F" + zeros(15) + "/");
-    row("rightmost pixel counts 8", withPixels(b64, 4, {63}), b64, 0, 5, "$/1/64/64/5/8" + zeros(15) + "/");
-    row("second nibble", withPixels(b64, 0, {58, 57}), b64, 0, 1, "$/1/64/64/1/06" + zeros(14) + "/");
-    row("left edge pixel counts 1", withPixels(b64, 63, {0}), b64, 0, 64, "$/1/64/64/64/" + zeros(15) + "1/");
+    row("end page, 128 wide", white64, black(128, 64), 1, 1, "$/2/128/64/1/" + z.left(32) + "/");
+    row("256 wide, last row", black(256, 256), b64, 0, 256, "$/1/256/256/256/" + z.left(64) + "/");
+    row("right edge white", withPixels(b64, 0, {60, 61, 62, 63}), b64, 0, 1, "$/1/64/64/1/F" + z.left(15) + "/");
+    row("rightmost pixel counts 8", withPixels(b64, 4, {63}), b64, 0, 5, "$/1/64/64/5/8" + z.left(15) + "/");
+    row("second nibble", withPixels(b64, 0, {58, 57}), b64, 0, 1, "$/1/64/64/1/06" + z.left(14) + "/");
+    row("left edge pixel counts 1", withPixels(b64, 63, {0}), b64, 0, 64, "$/1/64/64/64/" + z.left(15) + "1/");
     row("nearly white is black", withPixels(b64, 0, {63, 62, 61}, QColor(255, 255, 254)), b64, 0, 1,
-        "$/1/64/64/1/" + zeros(16) + "/");
-    row("upper-case digits", withPixels(b64, 0, {63, 62, 60}), b64, 0, 1, "$/1/64/64/1/D" + zeros(15) + "/");
-    row("height not limited", black(64, 300), b64, 0, 300, "$/1/64/300/300/" + zeros(16) + "/");
+        "$/1/64/64/1/" + z.left(16) + "/");
+    row("upper-case digits", withPixels(b64, 0, {63, 62, 60}), b64, 0, 1, "$/1/64/64/1/D" + z.left(15) + "/");
+    row("height not limited", black(64, 300), b64, 0, 300, "$/1/64/300/300/" + z.left(16) + "/");
     // Refused: no picture, 63 wide, 63 high, 257 wide; no such page, a negative one.
     const std::pair<QImage, int> refused[] = {{QImage(), 0}, {black(63, 64), 0}, {black(64, 63), 0}, {black(257, 64), 0},
                                               {b64, 2}, {b64, -1}};

@@ -51,16 +51,7 @@ int keyIndex(const QString& caption)
     return -1;
 }
 
-// A display answer: nine header characters, the two lines and their slashes.
-QString displayAnswer(const QString& line1, const QString& line2)
-{
-    return "00/00/01/" + line1 + u'/' + line2 + u'/';
-}
-
-CustomerEntry threeLineCustomer()
-{
-    return {"01234567897", {"ROSSI SRL", "VIA ROMA 1", "00100 ROMA", "", "", ""}};
-}
+const CustomerEntry kThreeLineCustomer{"01234567897", {"ROSSI SRL", "VIA ROMA 1", "00100 ROMA", "", "", ""}};
 
 // The forms as a person fills them: each OK with the next entry.
 struct FilledForms final : DocumentForms {
@@ -91,7 +82,7 @@ QStringList piCfOf(const QString& in)
 // that gets the focus (0 VAT number, 1.. the lines), whether the customer is set, and what was kept.
 QStringList customerOf(const QString& in)
 {
-    CustomerEntry entry = threeLineCustomer();
+    CustomerEntry entry = kThreeLineCustomer;
     if (in.contains(u'P'))
         entry.PIva.clear();
     for (int line = 1; line <= 3; ++line)
@@ -135,7 +126,7 @@ QStringList completionOf(const QString& in)
     FiscalDocuments documents;
     QStringList out;
     if (in != "N") {
-        customerButton(documents, kAcceptButton, threeLineCustomer());
+        customerButton(documents, kAcceptButton, kThreeLineCustomer);
         out << stepTexts(invoiceOpeningSteps(documents));
         invoiceOpened(documents, in.toInt());
     } else {
@@ -155,7 +146,6 @@ const QHash<QString, std::function<QStringList(const QString&)>> kRules{
     {"keypad", [](const QString& code) { return stepTexts(keypadPressSteps(code.toInt())); }},
     {"tab", [](const QString&) { return stepTexts(technicianTabSteps()); }},
     {"prelievi", [](const QString&) { return stepTexts(prelieviSteps()); }},
-    {"closure", [](const QString& button) { return stepTexts(dailyClosureSteps(Button(kButtons.indexOf(button)))); }},
     {"totals", [](const QString&) { return stepTexts(salesTotalsSteps()); }},
     {"reprint", [](const QString& button) { return stepTexts(reprintRequestSteps(Button(kButtons.indexOf(button)))); }},
     {"after", [](const QString& answer) { return stepTexts(reprintStepsAfter(answer)); }},
@@ -232,9 +222,7 @@ void TechnicianTest::rules_data()
     row("keypad", "keypad", "61", QStringList{"send )/61/", "pause 100", "display"});
     row("technician tab", "tab", "", QStringList{"panel (/"});
     row("prelievi", "prelievi", "", QStringList{"clear", "send 6/1/", "pause 100"});
-    row("closure OK", "closure", "Ok", QStringList{"panel x/7/0/0/"});
     row("sales totals ask nothing", "totals", "", QStringList{"panel x/1/1/1/"});
-    row("reprint yes", "reprint", "Yes", QStringList{"clear", "send B/12/"});
     row("reprint no", "reprint", "No", QStringList());
     const QStringList reprintOnly{"send )/120/"}, setFirst{"send G/12/1/1/42/", "pause 100", "send )/120/"};
     row("42 (refused too, or more after it)", "after", anyOf({"00/00/01/42/", "00/00/01/420/", "1A/00/01/42/"}), reprintOnly);
@@ -298,11 +286,11 @@ void TechnicianTest::rules_data()
     row("accepted", "answer", "00/00/01/", QStringList{"00/00/01/"});
     row("refused, status without slash, no answer", "answer", anyOf({"1A/00/", "00", ""}), QStringList{"Errore"});
     const QString line1 = "            0.00", line2 = "BENVENUTI       ";
-    const QString full = displayAnswer(line1, line2);
+    const QString full = "00/00/01/" + line1 + u'/' + line2 + u'/'; // nine header characters, the lines and their slashes
     row("43 characters or more", "display", anyOf({full, full + "EXTRA/"}), QStringList{line1, line2});
     row("42 characters, status only, empty", "display", anyOf({full.chopped(1), "00", ""}), QStringList());
     // Reads: the reads done, then the last answer; out: whether to read once more.
-    const QString good = displayAnswer(QString(16, u'1'), QString(16, u'2')), cut = good.left(42);
+    const QString good = "00/00/01/" + QString(16, u'1') + u'/' + QString(16, u'2') + u'/', cut = good.left(42);
     row("a good read is enough, three at most", "again", anyOf({"1" + good, "3" + cut}), QStringList{"no"});
     row("cut or no answer: read again", "again", anyOf({"1" + cut, "2"}), QStringList{"yes"});
     // Idle, empty, blank, a word first, a comma or a second point ending the number, negative zero, a word after it.
