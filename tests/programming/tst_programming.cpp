@@ -163,8 +163,9 @@ QString thresholdOf(In in)
 {
     const QColor c(in[0].toInt(), in[1].toInt(), in[2].toInt());
     const QImage tall = thresholdToBlackAndWhite(filled({70, 300}, c)), square = thresholdToBlackAndWhite(filled({300, 300}, c));
-    return QStringList{QString::number(tall.width()), QString::number(tall.height()), pixel(tall, 0, 0, c),
-                       pixel(tall, 69, 255, c), pixel(square, 255, 255, c), pixel(square, 256, 0, c), pixel(square, 0, 256, c)}.join(u' ');
+    const QString size = QStringLiteral("%1x%2 ").arg(tall.width()).arg(tall.height());
+    return size + QStringList{pixel(tall, 0, 0, c), pixel(tall, 69, 255, c), pixel(square, 255, 255, c), pixel(square, 256, 0, c),
+                              pixel(square, 0, 256, c)}.join(u' ');
 }
 
 // Out: loaded size, fitted size, standard, the top left corner (light) and the bottom right (dark).
@@ -445,10 +446,10 @@ void ProgrammingTest::texts_data()
     row("file saved", "pluBytes", QStringList{line, "CAFFÈ/1|2 TAZZA"}, line + "\r\nCAFF\u00C8/1\\2 TAZZA/////////\r\n");
     row("nothing saved", "pluBytes", QStringList(), "");
     // Threshold: the colour; out: the size kept, two pixels of a tall picture, three of a square one.
-    row("all limits met", "threshold", QStringList{"151", "101", "161"}, "70 300 white white white kept kept");
+    row("all limits met", "threshold", QStringList{"151", "101", "161"}, "70x300 white white white kept kept");
     row("red, green or blue short; red and blue limits swapped", "threshold",
         QStringList{"150", "255", "255", kOr, "255", "100", "255", kOr, "255", "255", "160", kOr, "161", "101", "151"},
-        "70 300 black black black kept kept");
+        "70x300 black black black kept kept");
     row("300x10", "fit", QStringList{"300", "10"}, "300x10 256x64 fitted white dark");
     row("one past 64", "fit", QStringList{"65", "65"}, "65x65 128x128 fitted white dark");
     row("one past 128", "fit", QStringList{"129", "129"}, "129x129 256x256 fitted white dark");
