@@ -499,17 +499,13 @@ void ProgrammingTest::texts()
 
 void ProgrammingTest::headerAndFooterRecords()
 {
-    QList<HeaderLine> header(kHeaderLines, HeaderLine{});
-    header[0] = {"BAR CENTRALE", 0, 2};
-    header[3] = {"   ", 2, 0}; // blanks only: still an empty field
-    header[4] = {"P.IVA 01/23", -1, 1};
-    header[11] = {"GRAZIE", 3, 0};
+    // Line 4 has blanks only: still an empty field.
+    const QList<HeaderLine> header{{"BAR CENTRALE", 0, 2}, {}, {}, {"   ", 2, 0}, {"P.IVA 01/23", -1, 1}, {}, {}, {}, {}, {}, {},
+                                   {"GRAZIE", 3, 0}};
     QCOMPARE(headerRecord(header), "H/1/" + blanks(10) + "BAR CENTRALE" + blanks(10) + "/1//1//3//0/" + blanks(21)
                                        + "P.IVA 01\\23/1//1//1//1//1//1//4/GRAZIE" + blanks(10) + "/");
-    QList<HeaderLine> footer(kFooterLines, HeaderLine{});
-    footer[1] = {QString(), 2, 0};
-    footer[2] = {"ARRIVEDERCI", 1, 1};
-    QCOMPARE(footerRecord(footer), "F/1/" + blanks(32) + "/3/" + blanks(16) + "/2/" + blanks(21) + "ARRIVEDERCI/");
+    QCOMPARE(footerRecord({{}, {QString(), 2, 0}, {"ARRIVEDERCI", 1, 1}}),
+             "F/1/" + blanks(32) + "/3/" + blanks(16) + "/2/" + blanks(21) + "ARRIVEDERCI/");
 }
 
 void ProgrammingTest::linesAndMessagesInTheSettingsFile()

@@ -76,19 +76,14 @@ QStringList piCfOf(const QString& in)
         + stepTexts(piCfSteps(documents));
 }
 
-// The customer form: the button, then what is left empty ("P" the VAT number, a digit that line); out: the box
-// that gets the focus (0 VAT number, 1.. the lines), whether the customer is set, and what was kept.
+// The customer form: the button, the VAT number and three lines, between bars; out: the box that gets the focus
+// (0 VAT number, 1.. the lines), whether the customer is set, and what was kept.
 QStringList customerOf(const QString& in)
 {
-    CustomerEntry entry = kThreeLineCustomer;
-    if (in.contains(u'P'))
-        entry.PIva.clear();
-    for (int line = 1; line <= 3; ++line)
-        if (in.mid(1).contains(QString::number(line)))
-            entry.Righe[size_t(line - 1)].clear();
+    const QStringList f = in.split(u'|');
     FiscalDocuments documents;
     documents.CustomerSet = true;
-    const auto focus = customerButton(documents, in.left(1).toInt(), entry);
+    const auto focus = customerButton(documents, f[0].toInt(), {f[1], {f[2], f[3], f[4], "", "", ""}});
     return QStringList{focus ? QString::number(int(*focus)) : "none", yes(documents.CustomerSet), documents.CustomerVatNumber}
         + QStringList(documents.CustomerLines.begin(), documents.CustomerLines.begin() + 3);
 }
@@ -229,13 +224,13 @@ void TechnicianTest::rules_data()
     row("12 characters, empty, blanks count", "piCf", anyOf({"1|012345678901", "1|", "1| 0123456789 "}),
         QStringList{"1", "0", ""});
     row("cancel a good one, other index", "piCf", anyOf({"0|01234567897", "2|01234567897"}), QStringList{"0", "0", ""});
-    const QStringList rossi{"01234567897", "ROSSI SRL", "VIA ROMA 1", "00100 ROMA"};
-    row("three lines are enough", "customer", "1", QStringList{"none", "yes"} + rossi);
-    row("VAT number missing", "customer", "1P", QStringList{"0", "no", "", "", "", ""});
-    row("line 1 missing", "customer", "11", QStringList{"1", "no", "", "", "", ""});
-    row("line 3 missing", "customer", "13", QStringList{"3", "no", "", "", "", ""});
-    row("first empty line gets the focus", "customer", "123", QStringList{"2", "no", "", "", "", ""});
-    row("cancel the customer", "customer", "0", QStringList{"none", "no", "", "", "", ""});
+    const QString rossi = "01234567897|ROSSI SRL|VIA ROMA 1|00100 ROMA";
+    row("three lines are enough", "customer", "1|" + rossi, QStringList{"none", "yes"} + rossi.split(u'|'));
+    row("VAT number missing", "customer", "1||ROSSI SRL|VIA ROMA 1|00100 ROMA", QStringList{"0", "no", "", "", "", ""});
+    row("line 1 missing", "customer", "1|01234567897||VIA ROMA 1|00100 ROMA", QStringList{"1", "no", "", "", "", ""});
+    row("line 3 missing", "customer", "1|01234567897|ROSSI SRL|VIA ROMA 1|", QStringList{"3", "no", "", "", "", ""});
+    row("first empty line gets the focus", "customer", "1|01234567897|ROSSI SRL||", QStringList{"2", "no", "", "", "", ""});
+    row("cancel the customer", "customer", "0|" + rossi, QStringList{"none", "no", "", "", "", ""});
     const QString vatRecord = "'/1/01234567897/1111111111111111/";
     row("credit note ok", "creditNote", "1",
         QStringList{"yes", "-/123-2010/", "7/1/1/sco 12 del 1/", "panel -/123-2010/", "N/", vatRecord, "7/1/1/sco 12 del 1/"});
