@@ -16,6 +16,7 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <algorithm>
 #include <functional>
 
 using namespace kelm;
@@ -43,10 +44,8 @@ QStringList keyWords(int code)
 
 int keyIndex(const QString& caption)
 {
-    for (const EcrKey& k : ecrKeys())
-        if (k.caption == caption)
-            return k.index;
-    return -1;
+    const auto k = std::ranges::find(ecrKeys(), caption, &EcrKey::caption);
+    return k == ecrKeys().end() ? -1 : k->index;
 }
 
 const CustomerEntry kThreeLineCustomer{"01234567897", {"ROSSI SRL", "VIA ROMA 1", "00100 ROMA", "", "", ""}};
