@@ -138,6 +138,7 @@ const QHash<QString, std::function<QStringList(const QString&)>> kRules{
     {"tab", [](const QString&) { return stepTexts(technicianTabSteps()); }},
     {"prelievi", [](const QString&) { return stepTexts(prelieviSteps()); }},
     {"totals", [](const QString&) { return stepTexts(salesTotalsSteps()); }},
+    {"closure ok", [](const QString&) { return stepTexts(dailyClosureSteps(Button::Ok)); }},
     {"reprint no", [](const QString&) { return stepTexts(reprintRequestSteps(Button::No)); }},
     {"after", [](const QString& answer) { return stepTexts(reprintStepsAfter(answer)); }},
     {"piCf", piCfOf},
@@ -210,6 +211,7 @@ void TechnicianTest::rules_data()
     row("technician tab", "tab", "", QStringList{"panel (/"});
     row("prelievi", "prelievi", "", QStringList{"clear", "send 6/1/", "pause 100"});
     row("sales totals ask nothing", "totals", "", QStringList{"panel x/1/1/1/"});
+    row("closure, on the panel's road", "closure ok", "", QStringList{"panel x/7/0/0/"});
     row("reprint no", "reprint no", "", QStringList());
     const QStringList reprintOnly{"send )/120/"}, setFirst{"send G/12/1/1/42/", "pause 100", "send )/120/"};
     row("42 (refused too, or more after it)", "after", anyOf({"00/00/01/42/", "00/00/01/420/", "1A/00/01/42/"}), reprintOnly);
