@@ -31,7 +31,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <functional>
+#include <numeric>
 
 using namespace kelm;
 using namespace kelm::programming;
@@ -50,8 +52,7 @@ PluRow pluRow(const QString& line)
 {
     const QStringList cells = line.split(u'/').replaceInStrings("|", "/");
     PluRow r;
-    for (qsizetype i = 0; i < cells.size() && i < kPluColumns; ++i)
-        r[size_t(i)] = cells[i];
+    std::ranges::copy(cells.first(std::min(cells.size(), kPluColumns)), r.begin());
     return r;
 }
 
@@ -63,17 +64,13 @@ QString joined(const PluRow& r)
 PaymentFlags flagsOf(const QString& digits)
 {
     PaymentFlags flags{};
-    for (qsizetype k = 0; k < digits.size() && k < kPaymentFlags; ++k)
-        flags[size_t(k)] = digits[k] == u'1';
+    std::ranges::transform(digits, flags.begin(), [](QChar c) { return c == u'1'; });
     return flags;
 }
 
 QString digitsOf(const PaymentFlags& flags)
 {
-    QString digits;
-    for (bool f : flags)
-        digits += f ? u'1' : u'0';
-    return digits;
+    return std::accumulate(flags.begin(), flags.end(), QString(), [](const QString& d, bool f) { return d + (f ? u'1' : u'0'); });
 }
 
 QString shown(const Notice& n)

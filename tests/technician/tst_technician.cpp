@@ -360,7 +360,6 @@ void TechnicianTest::onASlowRegister()
     const QStringList records = reg.tap.records(), wire = records.filter(QRegularExpression("^[^(]"));
     QTEST(wire, "wire");
     QTEST(int(records.size() - wire.size()), "reads");
-    QVERIFY(!desk.documents().CustomerSet && !desk.documents().CreditNoteSet);
     QVERIFY(reg.clock.nowMs() >= records.size() * 1500 + fetch<qint64>("pauses"));
     QTEST(last.display.has_value(), "shown"); // else the display keeps what it showed
 }
