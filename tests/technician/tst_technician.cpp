@@ -298,19 +298,16 @@ void TechnicianTest::rules_data()
     row("goods return", "receipt", "2",
         QStringList{"Reso Merce", "3/S/REPARTO1//1/5.26/1/4/\r\n3/S/REPARTO1//1/2.18/1/4/\r\nU/\r\n"
                                   "3/R/REPARTO1//1/7.43/1/4/\r\n5/1/0.00/////\r\n"});
-    row("printed notice", "receipt", "3",
-        QStringList{"Avviso Stampato",
-                    QStringLiteral("7/1/1/##PROMEMORIA##/\r\n7/1/0/#SVUOTA-CASSA#/\r\nw/1/1//\r\n").repeated(5) + "m//\r\n"});
+    row("printed notice", "receipt", "3", QStringList{"Avviso Stampato",
+        QStringLiteral("7/1/1/##PROMEMORIA##/\r\n7/1/0/#SVUOTA-CASSA#/\r\nw/1/1//\r\n").repeated(5) + "m//\r\n"});
     row("invoice", "receipt", "4",
         QStringList{"Fattura", "3/F/OPEN//1/1/1/4/\r\n3/S/REPARTO 1//1/80/1/4/\r\n3/S/REPARTO 1//1/70/1/4/\r\n"
                                "'/1/01234567897/1111111111111111/\r\n"
-                               "j//INTESTAZIONE CLIENTE/VIA  _______ N.3/00100 CITTANOVA (XX)//////0/\r\n"
-                               "5/1/0.00/////\r\n"});
+                               "j//INTESTAZIONE CLIENTE/VIA  _______ N.3/00100 CITTANOVA (XX)//////0/\r\n5/1/0.00/////\r\n"});
     row("credit note", "receipt", "5",
         QStringList{"Nota di Credito", "-/123-2010/\r\n3/N/CAMICIA ROSSA/rif.sco.123del010109/1/1/1/4/\r\n5/1/0.00/////\r\n"});
-    row("plain receipt", "receipt", "6",
-        QStringList{"Scontrino", "3/S/Coca Cola 1,70/second , descr/1/25.88/1/4/\r\n3/S/REPARTO2//1/25.88/2/10/\r\n"
-                                 "3/S/REPARTO3//1/7.33/3/20/\r\n4/10.00///0/0/0//\r\n5/1/0.00/////\r\n"});
+    row("plain receipt", "receipt", "6", QStringList{"Scontrino", "3/S/Coca Cola 1,70/second , descr/1/25.88/1/4/\r\n"
+        "3/S/REPARTO2//1/25.88/2/10/\r\n3/S/REPARTO3//1/7.33/3/20/\r\n4/10.00///0/0/0//\r\n5/1/0.00/////\r\n"});
     row("no such button", "receipt", anyOf({"0", "7", "-1"}), QStringList{"", ""});
 }
 
