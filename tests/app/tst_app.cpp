@@ -1,7 +1,6 @@
 // The program's command line, its settings files (which behave like the
 // Windows profile functions, byte for byte), loading and saving the PC
-// settings, the forbidden-extension list, the items of a command file and
-// the daily log's switch.
+// settings, the forbidden-extension list and the items of a command file.
 #include "RecordingStatus.h"
 #include "Table.h"
 #include "app/CommandLine.h"
@@ -9,7 +8,6 @@
 #include "app/IniFile.h"
 #include "app/InputItems.h"
 #include "app/PortName.h"
-#include "app/RunTimeLog.h"
 
 #include <QDir>
 #include <QFile>
@@ -31,11 +29,13 @@ QByteArray readFile(const QString& path)
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
 }
 
-// The path of a file in the folder, holding the bytes given.
+// The path of a file in the folder, holding the bytes given; "<folder>" makes a folder of that name.
 QString fileIn(const QTemporaryDir& dir, const QString& name, const QByteArray& bytes)
 {
     QFile f(dir.filePath(name));
-    if (bytes != "<missing>" && f.open(QIODevice::WriteOnly))
+    if (bytes == "<folder>")
+        QDir().mkdir(f.fileName());
+    else if (bytes != "<missing>" && f.open(QIODevice::WriteOnly))
         f.write(bytes);
     return f.fileName();
 }
@@ -77,43 +77,25 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QString path = fileIn(dir, "t.ini", fetch<QByteArray>("before"));
-        QVERIFY(IniFile(path).write(fetch<QString>("section"), fetch<QString>("key"), fetch<QString>("value")));
+        const bool written = IniFile(path).write(fetch<QString>("section"), fetch<QString>("key"), fetch<QString>("value"));
         QTEST(readFile(path), "after");
-    }
-    void iniWriteRefusesAnUnreadableFile()
-    {
-        // Something there that cannot be read as a file: never replace it.
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("t.ini"));
-        QVERIFY(QDir().mkdir(path));
-        QVERIFY(!IniFile(path).write("P", "K", "lost"));
-        QVERIFY(QFileInfo(path).isDir());
+        QCOMPARE(written, QFileInfo(path).isFile());
     }
     void load_data();
     void load()
     {
         QTemporaryDir dir;
         const QString ini = fileIn(dir, "KelmDrev.ini", "[Parametri]\r\n" + fetch<QByteArray>("parametri"));
+        fileIn(dir, "FileExt.ini", "[exe]\r\n[tmp]\r\n");
         ConfigPC c;
         RecordingStatus status;
-        QVERIFY(LoadConfiguration(IniFile(ini), dir.path(), c, status));
+        const bool loaded = LoadConfiguration(IniFile(ini), dir.path(), c, status);
+        QCOMPARE(loaded, !c.model.isEmpty());
         const QStringList read{c.port, QString::number(c.speed), c.serverState, c.serverMode, c.serverFile, c.serverDir,
-                               c.wrapDescription, c.alIvaAuto, c.device, c.model, c.serverLog};
+                               c.wrapDescription, c.alIvaAuto, c.device, c.model, c.serverLog, c.httpListen, c.httpToken,
+                               c.answers, QString::number(c.answerDays), c.forbiddenExtensions.join(u',')};
         QCOMPARE(read.join(u'|'), QString(fetch<QString>("expected")).replace("<folder>", dir.path()));
-        QCOMPARE(status.panels.value(2), c.speed < 1 ? QStringLiteral("Velocità Comunicazione non impostata") : QString());
-    }
-    void missingModelStopsEverything()
-    {
-        QTemporaryDir dir;
-        const QString ini = fileIn(dir, "KelmDrev.ini", "[Altro]\r\nModello=Velt\r\n[Parametri]\r\nPorta=4\r\n");
-        fileIn(dir, "FileExt.ini", "[exe]\r\n");
-        ConfigPC c;
-        RecordingStatus status;
-        QVERIFY(!LoadConfiguration(IniFile(ini), dir.path(), c, status));
-        QCOMPARE(status.panels.value(1), QStringLiteral("Errore Nei Parametri"));
-        QCOMPARE(status.panels.value(2), QStringLiteral("Tipo Modello non impostato"));
-        QCOMPARE(c.port, QString()); // nothing read beyond the model
-        QVERIFY(c.forbiddenExtensions.isEmpty());
+        QTEST(status.panels.value(2), "panel");
     }
     void save_data();
     void save()
@@ -159,16 +141,6 @@ private Q_SLOTS:
         c.port = fetch<QString>("port");
         c.device = fetch<QString>("device");
         QTEST(SystemPortName(c), "name");
-    }
-    void logIsWrittenOnlyWhenSwitchedOn()
-    {
-        QTemporaryDir dir;
-        RunTimeLog log(dir.path(), [] { return QDateTime(QDate(2026, 3, 1), QTime(9, 0)); });
-        log.WriteLog(QStringLiteral("off by default"), QStringLiteral("a/"));
-        QVERIFY(QDir(dir.path()).isEmpty());
-        log.setEnabled(true);
-        log.WriteLog(QStringLiteral("now on"), QStringLiteral("a/"));
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{"DREV 20260301.log"});
     }
 };
 
@@ -242,24 +214,34 @@ void AppTest::iniWrite_data()
         "SERVERDIR", "b", QByteArray("[P]\r\nServerDir=b\r\n"));
     row("empty section gets its first key", QByteArray("[P]\r\n[Q]\r\nX=1\r\n"), "P", "K", "v",
         QByteArray("[P]\r\nK=v\r\n[Q]\r\nX=1\r\n"));
+    row("something there that cannot be read as a file is never replaced", QByteArray("<folder>"), "P", "K", "lost",
+        QByteArray("<missing>"));
     row("no file: created", QByteArray("<missing>"), "Parametri", "Modello",
         "Velt", QByteArray("[Parametri]\r\nModello=Velt\r\n"));
 }
 
 void AppTest::load_data()
 {
-    // Lines of section Parametri; what is read: port, speed, server state, mode, file and folder,
-    // wrap, VAT, device, model and log switch.
-    columns<QByteArray, QString>("parametri", "expected");
-    row("only the model: the defaults", kModel, "Com|0|Off|Normal|scontrino.tx|<folder>|Off|Off||Kelm Brio|");
+    // Lines of section Parametri; what is read: port, speed, server state, mode, file and folder, wrap, VAT,
+    // device, model, log switch, HTTP address and token, answers' folder and days, the forbidden extensions.
+    columns<QByteArray, QString, QString>("parametri", "expected", "panel");
+    const QString defaults = QStringLiteral("Com|0|Off|Normal|scontrino.tx|<folder>|Off|Off||Kelm Brio|||||7|exe,tmp");
+    const QString noSpeed = QStringLiteral("Velocità Comunicazione non impostata");
+    row("only the model: the defaults", kModel, defaults, noSpeed);
     row("every key, in any case",
         kModel + "Porta=3\r\nVelocita=115200\r\nServerStato=on\r\nServerModalita=iconized\r\nServerFile=*.txt\r\n"
-                 "ServerDir=/var/spool/kelm\r\nWrapDescription=ON\r\nAlIvaAuto=0\r\nDispositivo=/dev/ttyUSB0\r\n",
-        "Com3|115200|On|Iconized|*.txt|/var/spool/kelm|On|Off|/dev/ttyUSB0|Kelm Brio|");
-    row("odd values", QByteArray("Modello=  Velt \r\nPorta=123\r\nVelocita=fast\r\nServerStato=yes\r\nServerModalita=VIRTUALECR\r\n"
-                                 "ServerFile=\r\nServerDir=  \r\nServerLog=Off-and-more\r\n"),
-        "Com12|0|Off|VirtualECR|scontrino.tx|<folder>|Off|Off||Velt|Off-and-m");
-    row("an unknown mode", kModel + "ServerModalita=Hidden\r\n", "Com|0|Off|Normal|scontrino.tx|<folder>|Off|Off||Kelm Brio|");
+                 "ServerDir=/var/spool/kelm\r\nWrapDescription=ON\r\nAlIvaAuto=0\r\nDispositivo=/dev/ttyUSB0\r\n"
+                 "ServerHttp=127.0.0.1:8080\r\nTokenHttp=tok\r\nEsiti=/srv/e\r\nEsitiGiorni=30\r\n",
+        "Com3|115200|On|Iconized|*.txt|/var/spool/kelm|On|Off|/dev/ttyUSB0|Kelm Brio||127.0.0.1:8080|tok|/srv/e|30|exe,tmp",
+        QString());
+    row("odd values",
+        QByteArray("Modello=  Velt \r\nPorta=123\r\nVelocita=fast\r\nServerStato=yes\r\nServerModalita=VIRTUALECR\r\n"
+                   "ServerFile=\r\nServerDir=  \r\nServerLog=Off-and-more\r\nEsiti=  Off \r\nEsitiGiorni=0\r\n"),
+        "Com12|0|Off|VirtualECR|scontrino.tx|<folder>|Off|Off||Velt|Off-and-m|||Off|7|exe,tmp", noSpeed);
+    row("an unknown mode", kModel + "ServerModalita=Hidden\r\n", defaults, noSpeed);
+    // Nothing is read beyond a missing model (one in another section does not count).
+    row("no model", QByteArray("Porta=4\r\n[Altro]\r\nModello=Velt\r\n"), "|0|||||||||||||7|",
+        QStringLiteral("Tipo Modello non impostato"));
 }
 
 void AppTest::save_data()

@@ -142,6 +142,7 @@ private slots:
     // How masks are read (mode and pattern) and what they take and leave.
     void fileMask_data()
     {
+        // parsed: the mode, then the log name the mask gives for the name "-": its pattern, if it has one.
         columns<QStringList, QString, QStringList, QStringList>("masks", "parsed", "takes", "leaves");
         row("= exact name, any case", QStringList{"scontrino.txt", " scontrino.txt "}, "=scontrino.txt",
             QStringList{"scontrino.txt", "SCONTRINO.TXT"}, QStringList{"scontrino.txt.bak", "xscontrino.txt"});
@@ -151,13 +152,13 @@ private slots:
         row("I star inside", QStringList{"ab*cd"}, "Iab", QStringList{"abx"}, QStringList{});
         row("C contains", QStringList{"*ord*", "a*ord*b"}, "Cord", QStringList{"record.txt", "ORDINE"}, QStringList{"rec.txt"});
         row("C third star", QStringList{"*.tx*x*"}, "C.tx", QStringList{"a.tx"}, QStringList{});
-        row("A all", QStringList{"*", "*.*", "**", ""}, "A", QStringList{"other.program", "noext", "x"}, QStringList{});
+        row("A all", QStringList{"*", "*.*", "**", ""}, "A-", QStringList{"other.program", "noext", "x"}, QStringList{});
     }
     void fileMask()
     {
         for (const QString& text : fetch<QStringList>("masks")) {
             const FileMask mask = parseFileMask(text);
-            QCOMPARE(static_cast<char>(mask.mode) + mask.pattern, fetch<QString>("parsed"));
+            QCOMPARE(static_cast<char>(mask.mode) + logNameAfterMask(mask, QStringLiteral("-")), fetch<QString>("parsed"));
             for (const QString& name : fetch<QStringList>("takes"))
                 QVERIFY2(matchesFileMask(mask, name), qPrintable(text + " " + name));
             for (const QString& name : fetch<QStringList>("leaves"))
@@ -185,15 +186,6 @@ private slots:
         for (const QString& name : fetch<QStringList>("allowed"))
             QVERIFY2(!hasForbiddenExtension(name, fetch<QStringList>("table")), qPrintable(name));
     }
-
-    void logName_data()
-    {
-        columns<QString, QString, QString>("mask", "current", "expected");
-        // The first log name for each kind of mask is in the driver's mask table.
-        row("*part* replaces", "*ord*", "old", "ord");
-        row("global mask keeps", "*", "old", "old");
-    }
-    void logName() { QTEST(logNameAfterMask(parseFileMask(fetch<QString>("mask")), fetch<QString>("current")), "expected"); }
 
     void itemLine_data()
     {
@@ -249,39 +241,28 @@ private slots:
         }
     }
 
-    // Each model in one line: name, code, header and footer lines, leading
-    // switches, payment types, messages, S flags, departments, PLUs,
-    // feature switches, description widths.
+    // Each model, looked up by its name, in one line: name, code, header and footer lines, leading
+    // switches, payment types, messages, S flags, departments, PLUs, feature switches, description widths.
     void models()
     {
         QStringList got;
-        for (const kelm::technician::ModelInfo& m : kelm::technician::setupModelli())
+        for (const kelm::technician::ModelInfo& listed : kelm::technician::setupModelli()) {
+            const kelm::technician::ModelInfo m = kelm::technician::findModel(listed.name).value();
+            const DescriptionWidths widths = kelm::technician::descriptionWidthsFor(listed.name);
             got << QStringLiteral("%1|%2|%3|%4|%5|%6|%7|%8|%9").arg(m.name, m.code).arg(m.headerLines).arg(m.footerLines)
                        .arg(bits(m.leadingSwitches)).arg(m.paymentTypes).arg(m.scrollingMessages).arg(bits(m.sFlagAvailable))
                        .arg(m.departmentLimit)
-                    + QStringLiteral("|%1|%2|%3|%4").arg(m.pluLimit).arg(bits(m.featureSwitches))
-                          .arg(m.firstDescriptionWidth).arg(m.secondDescriptionWidth);
+                    + QStringLiteral("|%1|%2|%3|%4").arg(m.pluLimit).arg(bits(m.featureSwitches)).arg(widths.first)
+                          .arg(widths.second);
+        }
         const QString flags(26, u'1');
         QCOMPARE(got, (QStringList{"Kelm Brio|QA|12|3|11|9|10|" + flags + "|20|9000|11111111111111|20|30",
                                    "Velt|QC|12|3|11|10|10|" + flags + "|10|1000|11100101001101|30|30",
                                    "|QB|12|3|11|10|10|" + flags + "|10|1000|11100101001101|20|30"}));
-    }
-
-    void modelLookup_data()
-    {
-        columns<QString, QString, int, int>("name", "code", "first", "second");
-        row("first", "Kelm Brio", "QA", 20, 30);
-        row("second", "Velt", "QC", 30, 30);
-        row("empty name", "", "QB", 20, 30);
-        for (const char* name : {"velt", "Velt ", "Nessuno"}) // other case, trailing blank, unknown
-            QTest::addRow("%s", name) << QString(name) << "" << 0 << 0;
-    }
-    void modelLookup()
-    {
-        const auto model = kelm::technician::findModel(fetch<QString>("name"));
-        const DescriptionWidths widths = kelm::technician::descriptionWidthsFor(fetch<QString>("name"));
-        QCOMPARE(QStringLiteral("%1 %2 %3").arg(model ? model->code : QString()).arg(widths.first).arg(widths.second),
-                 QStringLiteral("%1 %2 %3").arg(fetch<QString>("code")).arg(fetch<int>("first")).arg(fetch<int>("second")));
+        for (const char* name : {"velt", "Velt ", "Nessuno"}) { // another case, a trailing blank, unknown
+            const DescriptionWidths widths = kelm::technician::descriptionWidthsFor(name);
+            QVERIFY2(!kelm::technician::findModel(name) && widths.first == 0 && widths.second == 0, name);
+        }
     }
 
     void splitLines_data()
@@ -405,7 +386,7 @@ private slots:
     {
         QTemporaryDir dir;
         QDateTime now = kWhen;
-        kelm::RunTimeLog log(QString(), [&now] { return now; });
+        kelm::RunTimeLog log(dir.path(), [&now] { return now; });
         log.setServerDir(dir.path());
         log.setLogName(QStringLiteral("scontrino.tx"));
         log.WriteLog(QStringLiteral("spento"), QStringLiteral("U/")); // switched off: nothing
@@ -422,9 +403,11 @@ private slots:
         QVERIFY(lines[1].contains("Perch\xE9"));
         QCOMPARE(lines[1].size(), 226);
         QVERIFY(readAll(dir.filePath(QStringLiteral("scontrino.tx 20111223.log"))).contains("domani"));
-        log.setServerDir(dir.filePath(QStringLiteral("missing")));
+        // No server folder nor log name: the program's own folder and the default name.
+        log.setServerDir(QString());
+        log.setLogName(QString());
         log.WriteLog(QStringLiteral("Carta finita"), QStringLiteral("U/"));
-        QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 2);
+        QVERIFY(QFile::exists(dir.filePath(QStringLiteral("DREV 20111223.log"))));
     }
 
     void runTimeList()
