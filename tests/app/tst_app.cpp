@@ -125,15 +125,6 @@ private Q_SLOTS:
         const QByteArray& file = fetch<QByteArray>("file");
         QTEST(fetch<bool>("extensions") ? LoadForbiddenExtensions(file) : readInputItems(file), "list");
     }
-    void trimNulls_data()
-    {
-        columns<QString, QString>("in", "out");
-        row("padded buffer", QStringLiteral("Velt\0\0\0"), QStringLiteral("Velt"));
-        row("blanks both ends", QStringLiteral("  a b  "), QStringLiteral("a b"));
-        row("NUL inside becomes a blank", QString::fromUtf16(u"a\0b", 3), QStringLiteral("a b"));
-        row("only NULs", QString(3, QChar(0)), QString());
-    }
-    void trimNulls() { QTEST(TrimNulls(fetch<QString>("in")), "out"); }
     void systemPortName_data();
     void systemPortName()
     {
@@ -239,6 +230,9 @@ void AppTest::load_data()
                    "ServerFile=\r\nServerDir=  \r\nServerLog=Off-and-more\r\nEsiti=  Off \r\nEsitiGiorni=0\r\n"),
         "Com12|0|Off|VirtualECR|scontrino.tx|<folder>|Off|Off||Velt|Off-and-m|||Off|7|exe,tmp", noSpeed);
     row("an unknown mode", kModel + "ServerModalita=Hidden\r\n", defaults, noSpeed);
+    // NULs, as a Windows read leaves them in its buffer: blanks, then trimmed.
+    row("NULs", QByteArray("Modello=##Velt#a##\r\nServerDir=###\r\n").replace('#', '\0'),
+        "Com|0|Off|Normal|scontrino.tx|<folder>|Off|Off||Velt a|||||7|exe,tmp", noSpeed);
     // Nothing is read beyond a missing model (one in another section does not count).
     row("no model", QByteArray("Porta=4\r\n[Altro]\r\nModello=Velt\r\n"), "|0|||||||||||||7|",
         QStringLiteral("Tipo Modello non impostato"));
