@@ -42,6 +42,12 @@ QList<LineOutcome> linesOf(const QString& fates)
     return lines;
 }
 
+// The register's text for the errors the alert tests use.
+QString textOf(int error)
+{
+    return error == 42 ? QStringLiteral("Errore tastiera - Tastiera scollegata") : QStringLiteral("Il reparto non esiste");
+}
+
 template <std::size_t N>
 QString bits(const std::array<bool, N>& flags)
 {
@@ -423,39 +429,28 @@ private slots:
         QTEST(detail.text, "text");
     }
 
+    // A receipt's state and the alert on the status bar. Refused lines are refused with `error` 8 (not fatal) or
+    // 42 (fatal), lines not sent were lost to a fatal error.
     void receiptState_data()
     {
-        columns<QString, ReceiptState>("fates", "state");
-        row("one still pending", "aaup", ReceiptState::InProgress);
-        row("all accepted", "aaa", ReceiptState::Printed);
-        row("a refusal", "ara", ReceiptState::PrintedWithRefusals);
-        row("the rest lost with the line", "aan", ReceiptState::PrintedWithRefusals);
-        row("an unknown fate wins", "raua", ReceiptState::Uncertain);
-        row("nothing reached it", "rsn", ReceiptState::NotPrinted);
-        row("no lines", "", ReceiptState::NotPrinted);
+        columns<QString, int, int, ReceiptState, ReceiptAlert>("fates", "error", "takenBeforeStart", "state", "alert");
+        const auto shown = [](bool fatal, int error) {
+            return ReceiptAlert{ReceiptAlert::Kind::Show, QStringLiteral("%1Comando '3/S/X/' - Errore N. %2 - %3")
+                                                              .arg(fatal ? "Errore grave: " : "").arg(error).arg(textOf(error))};
+        };
+        row("one still pending", "aaup", 0, 0, ReceiptState::InProgress, ReceiptAlert{});
+        row("all accepted", "aaa", 0, 0, ReceiptState::Printed, ReceiptAlert{ReceiptAlert::Kind::Clear, {}});
+        row("a refusal, the rest still pending", "arp", 8, 0, ReceiptState::InProgress, shown(false, 8));
+        row("a refusal", "ara", 8, 0, ReceiptState::PrintedWithRefusals, shown(false, 8));
+        row("the rest lost with the line", "aan", 0, 0, ReceiptState::PrintedWithRefusals, ReceiptAlert{});
+        row("an unknown fate wins", "raua", 8, 0, ReceiptState::Uncertain, shown(false, 8));
+        row("nothing reached it", "rsn", 42, 0, ReceiptState::NotPrinted, shown(true, 42));
+        row("no lines", "", 0, 0, ReceiptState::NotPrinted, ReceiptAlert{});
+        row("a fatal error emptied the queue", "arn", 8, 0, ReceiptState::PrintedWithRefusals, shown(true, 8));
+        row("a fatal error on the last line", "ar", 42, 0, ReceiptState::PrintedWithRefusals, shown(true, 42));
+        row("an earlier run's receipt", "ar", 8, 1, ReceiptState::PrintedWithRefusals, ReceiptAlert{});
     }
     void receiptState()
-    {
-        QTEST(kelm::server::receiptState(linesOf(fetch<QString>("fates"))), "state");
-        QTEST(stateFromName(stateName(fetch<ReceiptState>("state"))), "state");
-    }
-
-    void statusBarAlert_data()
-    {
-        // A refused line is refused with `error` and `message`.
-        columns<QString, QString, QString, int, ReceiptAlert>("fates", "error", "message", "takenBeforeStart", "alert");
-        const QString refusal = QStringLiteral("Comando '3/S/X/' - Errore N. %1 - %2");
-        const QString dept = QStringLiteral("Il reparto non esiste"), keys = QStringLiteral("Errore tastiera - Tastiera scollegata");
-        const ReceiptAlert fatal{ReceiptAlert::Kind::Show, "Errore grave: " + refusal.arg(42).arg(keys)};
-        row("in progress", "ap", "", "", 0, ReceiptAlert{});
-        row("went through", "aa", "", "", 0, ReceiptAlert{ReceiptAlert::Kind::Clear, {}});
-        row("a refusal with the register's text", "arp", "8", dept, 0,
-            ReceiptAlert{ReceiptAlert::Kind::Show, refusal.arg(8).arg(dept)});
-        row("a fatal error emptied the queue", "arn", "42", keys, 0, fatal);
-        row("a fatal error on the last line", "ar", "42", keys, 0, fatal);
-        row("an earlier run's receipt", "ar", "8", dept, 1, ReceiptAlert{});
-    }
-    void statusBarAlert()
     {
         const QDateTime start(QDate(2026, 3, 1), QTime(9, 0));
         ReceiptOutcome receipt;
@@ -463,9 +458,11 @@ private slots:
         receipt.lines = linesOf(fetch<QString>("fates"));
         for (LineOutcome& line : receipt.lines)
             if (line.fate == LineFate::Refused)
-                line = LineOutcome::refused(QStringLiteral("3/S/X/"), fetch<QString>("error"), fetch<QString>("message"));
+                line = LineOutcome::refused(QStringLiteral("3/S/X/"), QString::number(fetch<int>("error")), textOf(fetch<int>("error")));
             else if (line.fate == LineFate::NotSent)
                 line.reason = NotSentReason::FatalError;
+        QTEST(receipt.state(), "state");
+        QTEST(stateFromName(stateName(fetch<ReceiptState>("state"))), "state");
         QTEST(kelm::service::receiptAlert(receipt, start), "alert");
     }
 
