@@ -71,8 +71,7 @@ private Q_SLOTS:
         for (int round = 0; round < kRounds; ++round) {
             const QString a = round < kept.size() ? kept[round] : randomAnswer(r);
             parseIdentity(a);
-            const VatRatesRead vat = parseVatRates(a);
-            QCOMPARE(vat.table.size(), size_t(kVatTableSize));
+            parseVatRates(a);
             programming::parseDepartment(a);
             programming::parsePlu(a);
             programming::parsePaymentType(a);
