@@ -488,10 +488,8 @@ void ProgrammingTest::texts_data()
 void ProgrammingTest::texts()
 {
     const auto& rule = kRules[fetch<QString>("rule")];
-    for (const QStringList& in : eachInput(fetch<QStringList>("input"))) {
-        const QString got = rule(in);
-        QVERIFY2(got == fetch<QString>("expected"), qPrintable(in.join(u',').left(80) + " gives " + got));
-    }
+    for (const QStringList& in : eachInput(fetch<QStringList>("input")))
+        QCOMPARE(rule(in), fetch<QString>("expected"));
 }
 
 void ProgrammingTest::headerAndFooterRecords()
@@ -526,7 +524,6 @@ void ProgrammingTest::linesAndMessagesInTheSettingsFile()
     const auto messages = loadScrollMessages(ini);
     QCOMPARE(QStringList(messages.begin(), messages.end()).join(u'|'),
              "EARLIER||" + ("SALDI " + QString(100, u'X')).left(95) + "|||||||");
-    QCOMPARE(ini.read("Messaggi", "Msg11", "-", 96), QStringLiteral("-"));
 }
 
 void ProgrammingTest::downloadOnTheRegister_data()

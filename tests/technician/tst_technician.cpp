@@ -314,10 +314,8 @@ void TechnicianTest::rules_data()
 void TechnicianTest::rules()
 {
     const auto& rule = kRules[fetch<QString>("rule")];
-    for (const QString& input : fetch<QString>("input").split(kOr)) {
-        const QStringList output = rule(input);
-        QVERIFY2(output == fetch<QStringList>("output"), qPrintable(input + " gives " + output.join(u'|')));
-    }
+    for (const QString& input : fetch<QString>("input").split(kOr))
+        QCOMPARE(rule(input), fetch<QStringList>("output"));
 }
 
 void TechnicianTest::onASlowRegister_data()
