@@ -299,8 +299,7 @@ class ProgrammingTest : public QObject {
 private Q_SLOTS:
     void texts_data();
     void texts();
-    void headerAndFooterRecords();
-    void linesAndMessagesInTheSettingsFile();
+    void receiptLinesAndMessages();
     void downloadOnTheRegister_data();
     void downloadOnTheRegister();
     void pluRowsComeAsTheyAreRead();
@@ -492,32 +491,26 @@ void ProgrammingTest::texts()
         QCOMPARE(rule(in), fetch<QString>("expected"));
 }
 
-void ProgrammingTest::headerAndFooterRecords()
+// The header and footer records, then the lines and the scrolling messages in the settings file.
+void ProgrammingTest::receiptLinesAndMessages()
 {
     // Line 4 has blanks only: still an empty field.
     const QList<HeaderLine> header{{"BAR CENTRALE", 0, 2}, {}, {}, {"   ", 2, 0}, {"P.IVA 01/23", -1, 1}, {}, {}, {}, {}, {}, {},
                                    {"GRAZIE", 3, 0}};
     QCOMPARE(headerRecord(header), "H/1/" + blanks(10) + "BAR CENTRALE" + blanks(10) + "/1//1//3//0/" + blanks(21)
                                        + "P.IVA 01\\23/1//1//1//1//1//1//4/GRAZIE" + blanks(10) + "/");
-    QCOMPARE(footerRecord({{}, {QString(), 2, 0}, {"ARRIVEDERCI", 1, 1}}),
-             "F/1/" + blanks(32) + "/3/" + blanks(16) + "/2/" + blanks(21) + "ARRIVEDERCI/");
-}
-
-void ProgrammingTest::linesAndMessagesInTheSettingsFile()
-{
+    const QList<HeaderLine> footer{{}, {QString(), 2, 0}, {"ARRIVEDERCI", 1, 1}};
+    QCOMPARE(footerRecord(footer), "F/1/" + blanks(32) + "/3/" + blanks(16) + "/2/" + blanks(21) + "ARRIVEDERCI/");
     QTemporaryDir dir;
     const IniFile ini(dir.filePath("KelmDrev.ini"));
-    QList<HeaderLine> header(kHeaderLines, HeaderLine{}), footer(kFooterLines, HeaderLine{});
-    header[11] = {" VIA ROMA 1/A ", 3, -1};
-    footer[2] = {"CIAO", 1, 1};
     QVERIFY(saveReceiptLines(ini, ReceiptLines::Header, header));
     QVERIFY(saveReceiptLines(ini, ReceiptLines::Footer, footer));
     QStringList saved;
-    for (const char* key : {"Head1", "Head12", "Foot3"})
+    for (const char* key : {"Head2", "Head4", "Head5", "Head12", "Foot3"})
         saved << ini.read("Intestazioni", key, "-", 256);
-    QCOMPARE(saved, (QStringList{"00", "03VIA ROMA 1\\A", "11CIAO"}));
-    QCOMPARE(loadReceiptLines(ini, ReceiptLines::Header)[11], (RestoredLine{{"VIA ROMA 1\\A", 3, 0}, 3}));
-    QCOMPARE(loadReceiptLines(ini, ReceiptLines::Footer)[2], (RestoredLine{{"CIAO", 1, 1}, 3}));
+    QCOMPARE(saved, (QStringList{"00", "02", "10P.IVA 01\\23", "03GRAZIE", "11ARRIVEDERCI"}));
+    QCOMPARE(loadReceiptLines(ini, ReceiptLines::Header)[4], (RestoredLine{{"P.IVA 01\\23", 0, 1}, 3}));
+    QCOMPARE(loadReceiptLines(ini, ReceiptLines::Footer)[2], (RestoredLine{{"ARRIVEDERCI", 1, 1}, 3}));
     QVERIFY(ini.write("Messaggi", "Msg1", "EARLIER"));
     QVERIFY(saveScrollMessage(ini, 2, " SALDI " + QString(100, u'X')));
     QVERIFY(!saveScrollMessage(ini, 10, "NONE"));
