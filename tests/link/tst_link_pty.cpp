@@ -165,9 +165,10 @@ private Q_SLOTS:
     void ecrsimOverThePty()
     {
         Sim sim;
-        QVERIFY2(sim.start(), qPrintable(sim.process.readAllStandardError()));
+        QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
         QVERIFY(QFileInfo(sim.link).isSymLink());
         QVERIFY2(sim.port.open(sim.link, 9600), qPrintable(sim.port.lastError()));
+        QCOMPARE(transaction(sim.ecr, "a/"), QStringLiteral("1002 "));
         // What was received and not read is gone once the port closed.
         sim.port.writeByte(frame::ENQ);
         QVERIFY(sim.ecr.WaitForData(1000));
@@ -179,23 +180,8 @@ private Q_SLOTS:
         QCOMPARE(sim.command("busy lots"), QByteArray("error: usage: busy [N]"));
         QCOMPARE(transaction(sim.ecr, "x/7/0/0/"), QStringLiteral("0 1A/00/01/x/"));
         QCOMPARE(sim.command("status"), QByteArray("receipt closed display \"            0.00|                \" records 1"));
-        sim.port.close();
-        sim.process.terminate(); // SIGTERM
-        QVERIFY(sim.process.waitForFinished(5000));
-        QCOMPARE(sim.process.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(sim.process.exitCode(), 0);
-        QVERIFY2(!QFileInfo::exists(sim.link) && !QFileInfo(sim.link).isSymLink(), "the link is left behind");
-        QFile journal(sim.journal);
-        QVERIFY(journal.open(QIODevice::ReadOnly));
-        QCOMPARE(journal.readAll(), QByteArray("a/\n"));
-    }
-    void unplugHangsUpAndReplugBringsTheLineBack()
-    {
-        Sim sim;
-        QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
+
         const int watcher = ::open(QFile::encodeName(sim.link).constData(), O_RDWR | O_NOCTTY);
-        QVERIFY(sim.port.open(sim.link, 9600));
-        QCOMPARE(transaction(sim.ecr, "a/"), QStringLiteral("1002 "));
         QCOMPARE(sim.command("unplug"), QByteArray("ok"));
         QCOMPARE(sim.nextLine(), QByteArray("unplugged"));
         QVERIFY(!QFileInfo(sim.link).isSymLink());
@@ -208,14 +194,20 @@ private Q_SLOTS:
         const double before = cpuSeconds(self);
         QCOMPARE(int(sim.ecr.LinkHandshake()), 1004);
         QVERIFY2(cpuSeconds(self) - before < 0.5, "waiting on a dead line must sleep, not spin");
-
         QCOMPARE(sim.command("replug"), QByteArray("ok"));
         QCOMPARE(sim.nextLine(), QByteArray("replugged"));
         QVERIFY(sim.port.open(sim.link, 9600));
-        QCOMPARE(transaction(sim.ecr, "a/").left(5), QStringLiteral("0 00/")); // "can 1" was used up before the pull
-        sim.process.write("quit\n");
+        QCOMPARE(transaction(sim.ecr, "a/").left(5), QStringLiteral("0 00/")); // faults used up before the pull stay so
+
+        sim.port.close();
+        sim.process.terminate(); // SIGTERM
         QVERIFY(sim.process.waitForFinished(5000));
+        QCOMPARE(sim.process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(sim.process.exitCode(), 0);
+        QVERIFY2(!QFileInfo::exists(sim.link) && !QFileInfo(sim.link).isSymLink(), "the link is left behind");
+        QFile journal(sim.journal);
+        QVERIFY(journal.open(QIODevice::ReadOnly));
+        QCOMPARE(journal.readAll(), QByteArray("a/\na/\n"));
     }
     void commandLines_data()
     {
@@ -230,6 +222,7 @@ private Q_SLOTS:
         row("journal that cannot be written", QStringList{"--link", "x", "--journal", "/nonexistent-dir/journal.txt"}, 2,
             QStringList{"/nonexistent-dir/journal.txt"});
         row("unknown option", QStringList{"--lnk", "x"}, 2, QStringList{"lnk"});
+        row("quit on its standard input", QStringList{"--link", QDir::currentPath() + "/ecrsim-link"}, 0, QStringList{"ready"});
         row("link onto a file", QStringList{"--link", QDir::currentPath() + "/ecrsim-plain-file"}, 2,
             QStringList{"exists and is not a symbolic link"});
     }
@@ -239,6 +232,7 @@ private Q_SLOTS:
         QVERIFY(plain.open(QIODevice::WriteOnly));
         QProcess p;
         p.start(QStringLiteral(ECRSIM_EXE), fetch<QStringList>("arguments"));
+        p.write("quit\n");
         QVERIFY(p.waitForFinished(5000));
         plain.remove();
         QTEST(p.exitCode(), "exitCode");
