@@ -28,15 +28,6 @@ void writeFile(const QString& path, const QByteArray& bytes)
     f.write(bytes);
 }
 
-// The status field of each line kelmdrev send printed: "result\tstatus".
-QStringList heads(const QStringList& out)
-{
-    QStringList heads;
-    for (const QString& line : out)
-        heads << line.section(u'/', 0, 0);
-    return heads;
-}
-
 // The answer file of a receipt: its state, and "Esito" of each line in order.
 struct Answer {
     QString state;
@@ -70,15 +61,6 @@ public:
                       .toLatin1());
     }
 
-    // Every line of the driver's daily logs in the spool folder.
-    QStringList log() const
-    {
-        QStringList lines;
-        for (const QString& name : QDir(spool).entryList({QStringLiteral("*.log")}, QDir::Files | QDir::Hidden))
-            lines << fileLines(QDir(spool).filePath(name));
-        return lines;
-    }
-
     struct Run {
         int status;
         QStringList out;
@@ -109,14 +91,15 @@ private Q_SLOTS:
         QVERIFY(bench.ready);
         const auto receipt = bench.kelmdrev({"send", "a/", "3/S/REPARTO1//1/5.26/1/4/", "5/1/0.00/////", "3/S/X//1/1.00/99/4/"});
         QCOMPARE(receipt.status, 1); // the last record was refused
-        QCOMPARE(heads(receipt.out), (QStringList{"0\t00", "0\t00", "0\t00", "8\t08"}));
+        // result and status of each record, the answers' other fields dropped
+        QCOMPARE(receipt.out.join(u'|').remove(QRegularExpression("/[^|]*")), QStringLiteral("0\t00|0\t00|0\t00|8\t08"));
         QVERIFY(receipt.out[0].contains(QStringLiteral("/99KDV000001/")));
         QVERIFY(receipt.err.contains(QStringLiteral("Err. 8 : Comunicazione errata")));
 
         QCOMPARE(bench.command("busy 1"), QByteArray("ok"));
         const auto busy = bench.kelmdrev({"send", "x/1/1/1/", "x/1/1/1/"});
         QCOMPARE(busy.status, 1);
-        QCOMPARE(heads(busy.out), (QStringList{"26\t1A", "0\t00"}));
+        QCOMPARE(busy.out.join(u'|').remove(QRegularExpression("/[^|]*")), QStringLiteral("26\t1A|0\t00"));
 
         const QStringList journal = fileLines(bench.journal);
         QCOMPARE(journal, (QStringList{"a/", "3/S/REPARTO1//1/5.26/1/4/", "5/1/0.00/////", "x/1/1/1/"}));
@@ -140,8 +123,7 @@ private Q_SLOTS:
         writeFile(QDir(bench.spool).filePath("b.txt"), "3/S/DUE//1/2.00/1/4/\n3/S/X//1/1.00/99/4/\n5/1/0.00/////");
         writeFile(QDir(bench.spool).filePath("c.tmp"), "3/S/NO//1/1.00/1/4/\r\n");
         QTRY_COMPARE_WITH_TIMEOUT(fileLines(bench.journal).filter(QStringLiteral("5/1/")).size(), 2, 10000);
-        const QStringList sales = fileLines(bench.journal).filter(QStringLiteral("3/S/"));
-        QCOMPARE(sales.size(), 2);
+        QCOMPARE(fileLines(bench.journal).filter(QStringLiteral("3/S/")).size(), 2);
         QVERIFY(QFile::exists(QDir(bench.spool).filePath("c.tmp")));
         QVERIFY(!QFile::exists(QDir(bench.spool).filePath("a.txt")));
         QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "b.txt").state, QStringLiteral("stampato_con_rifiuti"), 5000);
@@ -156,7 +138,6 @@ private Q_SLOTS:
         QTest::qWait(1000);
         const double used = cpuSeconds(driver.processId()) - before;
         QVERIFY2(used < 0.05, qPrintable(QString::number(used)));
-        QCOMPARE(bench.log().filter("File non acquisito").size(), 1);
 
         ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
         QVERIFY(driver.waitForFinished(10000));
@@ -188,7 +169,6 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains(receipt.last()), 20000);
         QTRY_VERIFY_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state != QStringLiteral("in_corso"), 5000);
         QVERIFY((said += driver.readAllStandardError()).contains("ECR di nuovo in linea"));
-        QCOMPARE(driver.state(), QProcess::Running);
         ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
         QVERIFY(driver.waitForFinished(15000));
         QCOMPARE(driver.exitCode(), 0);
