@@ -66,13 +66,7 @@ public:
         server().ProcessReceiptQueue();
     }
 
-    QStringList journal() const
-    {
-        QStringList lines;
-        for (const QByteArray& l : ecr.journal())
-            lines.append(QString::fromLatin1(l));
-        return lines;
-    }
+    QStringList journal() const { return QString::fromLatin1(ecr.journal().join('\n')).split(u'\n', Qt::SkipEmptyParts); }
 
     QString spoolFile(const QString& name) const { return QDir(spool.path()).filePath(name); }
 

@@ -8,6 +8,7 @@
 #include "server/StatusQuery.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -242,13 +243,9 @@ private Q_SLOTS:
             rig.process({QStringLiteral("t0")});
         QFile f(rig.spoolFile(QStringLiteral("99KDV00000120261121.FMN")));
         QVERIFY(f.open(QIODevice::ReadOnly));
-        const QList<QByteArray> lines = f.readAll().split('\n');
-        QCOMPARE(lines.size(), 5); // four lines, each ended by CR LF
-        const char* tags[] = {"<t>00/", "<0>00/", "<9>00/", "<X>00/"};
-        for (int i = 0; i < 4; ++i) {
-            QVERIFY2(lines[i].startsWith(tags[i]), lines[i].constData());
-            QVERIFY(lines[i].endsWith('\r'));
-        }
+        // four lines, each its tag, an answer "00/..." and CR LF (the answers dropped here)
+        QCOMPARE(QString::fromLatin1(f.readAll()).remove(QRegularExpression(">00/[^\r\n]*")),
+                 QStringLiteral("<t\r\n<0\r\n<9\r\n<X\r\n"));
         QVERIFY(!rig.journal().contains(QStringLiteral("t0/")));
     }
 

@@ -64,10 +64,13 @@ private:
     void serve(const QByteArray& answer)
     {
         bool inFrame = false;
-        while (running_) {
+        for (;;) { // once stopped, until what is still on its way was read
             pollfd p{master_, POLLIN, 0};
-            if (poll(&p, 1, 20) <= 0 || !(p.revents & POLLIN))
+            if (poll(&p, 1, 20) <= 0 || !(p.revents & POLLIN)) {
+                if (!running_)
+                    return;
                 continue;
+            }
             QThread::msleep(5); // let the program's bytes pile up in the kernel
             char burst[256];
             const ssize_t n = ::read(master_, burst, sizeof burst);
@@ -140,7 +143,6 @@ private Q_SLOTS:
         }
         port.close();
         QCOMPARE(port.handle(), PortHandle::Closed);
-        QThread::msleep(100); // the far end reads what is still on its way
         ecr.stop();
         QByteArray wire = ecr.received();
         for (qsizetype at = wire.indexOf('\x03'); at >= 2; at = wire.indexOf('\x03', at + 1))
@@ -166,7 +168,6 @@ private Q_SLOTS:
     {
         Sim sim;
         QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
-        QVERIFY(QFileInfo(sim.link).isSymLink());
         QVERIFY2(sim.port.open(sim.link, 9600), qPrintable(sim.port.lastError()));
         QCOMPARE(transaction(sim.ecr, "a/"), QStringLiteral("1002 "));
         // What was received and not read is gone once the port closed.
