@@ -6,8 +6,6 @@
 #include <QRegularExpression>
 #include <QTest>
 
-#include <csignal>
-
 namespace {
 
 QStringList fileLines(const QString& path)
@@ -137,7 +135,7 @@ private Q_SLOTS:
         const double used = cpuSeconds(driver.processId()) - before;
         QVERIFY2(used < 0.05, qPrintable(QString::number(used)));
 
-        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+        driver.terminate(); // SIGTERM
         QVERIFY(driver.waitForFinished(10000));
         QCOMPARE(driver.exitStatus(), QProcess::NormalExit);
         QCOMPARE(driver.exitCode(), 0);
@@ -167,7 +165,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains(receipt.last()), 20000);
         QTRY_VERIFY_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state != QStringLiteral("in_corso"), 5000);
         QVERIFY((said += driver.readAllStandardError()).contains("ECR di nuovo in linea"));
-        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+        driver.terminate(); // SIGTERM
         QVERIFY(driver.waitForFinished(15000));
         QCOMPARE(driver.exitCode(), 0);
 
@@ -196,7 +194,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state, QStringLiteral("stampato"), 40000);
         QCOMPARE(fileLines(bench.journal).filter(QRegularExpression("^[35]/")),
                  (QStringList{"3/S/UNO//1/1.00/1/4/", "5/1/0.00/////"}));
-        ::kill(static_cast<pid_t>(driver.processId()), SIGTERM);
+        driver.terminate(); // SIGTERM
         QVERIFY(driver.waitForFinished(15000));
     }
     // Started with settings it cannot use: headless exits 1, a command 2,
