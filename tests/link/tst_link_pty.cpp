@@ -9,8 +9,8 @@
 
 #include "EcrSimProcess.h"
 #include "Table.h"
-#include <QDir>
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QTest>
 #include <QThread>
