@@ -60,7 +60,6 @@ public:
     // Lines queued, then the queue sent.
     void process(const QStringList& lines)
     {
-        server().queue.clear();
         for (const QString& line : lines)
             server().queue.append(kelm::server::QueuedLine(line));
         server().ProcessReceiptQueue();
