@@ -60,19 +60,12 @@ public:
     // Lines queued, then the queue sent.
     void process(const QStringList& lines)
     {
-        server().queue.clear();
         for (const QString& line : lines)
             server().queue.append(kelm::server::QueuedLine(line));
         server().ProcessReceiptQueue();
     }
 
-    QStringList journal() const
-    {
-        QStringList lines;
-        for (const QByteArray& l : ecr.journal())
-            lines.append(QString::fromLatin1(l));
-        return lines;
-    }
+    QStringList journal() const { return QString::fromLatin1(ecr.journal().join('\n')).split(u'\n', Qt::SkipEmptyParts); }
 
     QString spoolFile(const QString& name) const { return QDir(spool.path()).filePath(name); }
 

@@ -8,6 +8,7 @@
 #include "server/StatusQuery.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -188,8 +189,6 @@ private Q_SLOTS:
             false, "aa");
         row("customer block gets nine fields and 0", QStringList{"j/A/B/"}, QStringList{"j/A/////////0/"}, none, "", "", true,
             "a");
-        row("refused item: listed, logged, receipt goes on", QStringList{"3/S/X//1/1.00/99/4/", i, p}, QStringList{i, p},
-            none, "", "Il reparto non esiste", false, "raa");
     }
     void dispatch()
     {
@@ -221,28 +220,20 @@ private Q_SLOTS:
         QCOMPARE(rig.journal(), (QStringList{kItem, kPay, "x/7/0/0/"}));
     }
 
-    void itemLinesAsSet_data()
-    {
-        columns<bool, QStringList, QStringList>("on", "journal", "log");
-        row("wrap and VAT on", true, QStringList{"3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/2/10/"},
-            QStringList{"\"22\"", "Il reparto non esiste"});
-        row("both off", false, QStringList{"3/S/ABCDEFGHIJKLMNOPQRSTUVWXYZ//1/5.00/2/4/"}, QStringList{"Il reparto non esiste"});
-    }
+    // Wrapping and automatic VAT as set; department 22 is sent as it came
+    // (the register then refuses it itself).
     void itemLinesAsSet()
     {
         DriverRig rig;
-        rig.settings.itemLines.wrapDescription = rig.settings.itemLines.alIvaAuto = fetch<bool>("on");
+        rig.settings.itemLines.wrapDescription = rig.settings.itemLines.alIvaAuto = true;
         rig.settings.itemLines.widths = {20, 30};
         rig.settings.itemLines.vatRates[1] = 10;
-        // Department 22 is sent as it came (the register then refuses it itself).
         rig.process({QStringLiteral("3/S/ABCDEFGHIJKLMNOPQRSTUVWXYZ//1/5.00/2/4/"), QStringLiteral("3/S/X//1/1.00/22/4/")});
-        QTEST(rig.journal(), "journal");
+        QCOMPARE(rig.journal(), QStringList{"3/S/ABCDEFGHIJKLMNOPQRST/UVWXYZ/1/5.00/2/10/"});
         const QStringList log = rig.logMessages();
-        const QStringList& expected = fetch<QStringList>("log");
-        QCOMPARE(log.size(), expected.size());
-        for (int n = 0; n < log.size(); ++n)
-            QVERIFY2(log[n].contains(expected[n]), qPrintable(log[n]));
-        QCOMPARE(log.last(), expected.last());
+        QCOMPARE(log.size(), 2);
+        QVERIFY2(log[0].contains("\"22\""), qPrintable(log[0]));
+        QCOMPARE(log[1], QStringLiteral("Il reparto non esiste"));
     }
 
     void snapshotFile()
@@ -252,30 +243,28 @@ private Q_SLOTS:
             rig.process({QStringLiteral("t0")});
         QFile f(rig.spoolFile(QStringLiteral("99KDV00000120261121.FMN")));
         QVERIFY(f.open(QIODevice::ReadOnly));
-        const QList<QByteArray> lines = f.readAll().split('\n');
-        QCOMPARE(lines.size(), 5); // four lines, each ended by CR LF
-        const char* tags[] = {"<t>00/", "<0>00/", "<9>00/", "<X>00/"};
-        for (int i = 0; i < 4; ++i) {
-            QVERIFY2(lines[i].startsWith(tags[i]), lines[i].constData());
-            QVERIFY(lines[i].endsWith('\r'));
-        }
+        // four lines, each its tag, an answer "00/..." and CR LF (the answers dropped here)
+        QCOMPARE(QString::fromLatin1(f.readAll()).remove(QRegularExpression(">00/[^\r\n]*")),
+                 QStringLiteral("<t\r\n<0\r\n<9\r\n<X\r\n"));
         QVERIFY(!rig.journal().contains(QStringLiteral("t0/")));
     }
 
     // Which files are taken; the program's own files never, whatever the
-    // mask; a taken file is gone and is not taken twice. The log is named
-    // after the mask.
+    // mask; all are queued before one is sent; a taken file is gone and is
+    // not taken twice; a link, a pipe or a folder is neither followed nor
+    // taken, and is logged once. The log is named after the mask.
     void masks_data()
     {
-        columns<QString, QStringList, QString>("mask", "taken", "logName"); // sorted tags of the files taken
+        // taken: sorted tags of the files taken; odd: links, pipes and folders the mask names
+        columns<QString, QStringList, int, QString>("mask", "taken", "odd", "logName");
         const QStringList all{"HIDDEN", "OTHER", "RECORD", "SCO1", "SCODAT", "SCONTRINO"};
-        row("exact name, any case", "SCONTRINO.TXT", QStringList{"SCONTRINO"}, "SCONTRINO.TXT");
-        row("a hidden file named", ".scontrino.txt", QStringList{"HIDDEN"}, ".scontrino.txt");
-        row("*.txt ends with", "*.txt", QStringList{"HIDDEN", "RECORD", "SCO1", "SCONTRINO"}, ".txt");
-        row("SCO* begins with", "SCO*", QStringList{"SCO1", "SCODAT", "SCONTRINO"}, "SCO");
-        row("*ord* contains", "*ord*", QStringList{"RECORD"}, "ord");
-        row("* takes all but forbidden", "*", all, "");
-        row("*.* takes all but forbidden", "*.*", all, "");
+        row("exact name, any case", "SCONTRINO.TXT", QStringList{"SCONTRINO"}, 0, "SCONTRINO.TXT");
+        row("a hidden file named", ".scontrino.txt", QStringList{"HIDDEN"}, 0, ".scontrino.txt");
+        row("*.txt ends with", "*.txt", QStringList{"HIDDEN", "RECORD", "SCO1", "SCONTRINO"}, 3, ".txt");
+        row("SCO* begins with", "SCO*", QStringList{"SCO1", "SCODAT", "SCONTRINO"}, 1, "SCO");
+        row("*ord* contains", "*ord*", QStringList{"RECORD"}, 0, "ord");
+        row("* takes all but forbidden", "*", all, 3, "");
+        row("*.* takes all but forbidden", "*.*", all, 3, "");
     }
     void masks()
     {
@@ -291,15 +280,28 @@ private Q_SLOTS:
         for (int n = 0; n < files.size(); ++n)
             rig.drop(files[n], receipt(tags[n]));
         QVERIFY(QDir(rig.spool.path()).mkdir(QStringLiteral("scodir.txt")));
+        QTemporaryDir elsewhere;
+        QVERIFY(QFile::copy(rig.spoolFile(files[0]), elsewhere.filePath(QStringLiteral("other.txt"))));
+        QVERIFY(QFile::link(elsewhere.filePath(QStringLiteral("other.txt")), rig.spoolFile(QStringLiteral("link.txt"))));
+        int odd = fetch<int>("odd");
+#ifdef Q_OS_UNIX
+        QVERIFY(::mkfifo(QFile::encodeName(rig.spoolFile(QStringLiteral("pipe.txt"))).constData(), 0600) == 0);
+#else
+        odd -= odd == 3; // no pipe
+#endif
         rig.server().ScanServerDir();
-        rig.server().ScanServerDir();
+        rig.server().ScanServerDir(); // no hang on the pipe
         QStringList sold = soldTags(rig.journal());
         sold.sort();
         QTEST(sold, "taken");
+        // Every file of the scan was queued, two lines each, before the first line went.
+        QCOMPARE(rig.op.queueSnapshots.value(sold.size() - 1).count(u'|'), 2 * sold.size() - 1);
         for (int n = 0; n < files.size(); ++n)
             QVERIFY2(QFile::exists(rig.spoolFile(files[n])) != sold.contains(tags[n]), qPrintable(files[n]));
         QCOMPARE(QDir(rig.spool.path()).entryList({QStringLiteral("*.drev")}, QDir::AllEntries | QDir::Hidden),
                  QStringList{"old.txt.drev"});
+        QVERIFY(QFileInfo(rig.spoolFile(QStringLiteral("link.txt"))).isSymLink());
+        QCOMPARE(rig.logMessages().filter(QStringLiteral("Non è un file normale")).size(), odd);
         QTEST(rig.log.logName(), "logName");
     }
 
@@ -373,18 +375,6 @@ private Q_SLOTS:
         QCOMPARE(soldTags(rig.journal()), yes ? QStringList{"A"} : (QStringList{"A", "A"}));
     }
 
-    void twoFilesAreQueuedBeforeSending()
-    {
-        DriverRig rig;
-        rig.settings.serverFile = QStringLiteral("*.txt");
-        rig.drop(QStringLiteral("a.txt"), receipt(QStringLiteral("A")));
-        rig.drop(QStringLiteral("b.txt"), receipt(QStringLiteral("B")));
-        rig.server().ScanServerDir();
-        QVERIFY(rig.op.queueSnapshots.size() >= 2);
-        QCOMPARE(rig.op.queueSnapshots[1].count(u'|'), 3); // four lines waiting before the first is taken
-        QCOMPARE(rig.journal().size(), 4);
-    }
-
     void badReceiptFiles_data()
     {
         // item: the first line as the register must get it, if it gets it; sent: how many lines it got.
@@ -393,13 +383,11 @@ private Q_SLOTS:
         const QString caffe = QStringLiteral("3/S/CAFF\u00C8//1/1.00/1/4/"), ok = QStringLiteral("3/S/OK//1/1.00/1/4/");
         row("UTF-8 with its mark", QByteArray("\xEF\xBB\xBF" "3/S/CAFF\xC3\x88//1/1.00/1/4/\r\n") + pay, caffe, 2);
         row("UTF-8 without a mark", QByteArray("3/S/CAFF\xC3\x88//1/1.00/1/4/\n") + pay, caffe, 2);
-        row("Windows-1252 stays as it is", QByteArray("3/S/CAFF\xC8//1/1.00/1/4/\r\n") + pay, caffe, 2);
         row("binary bytes in a line", QByteArray("3/S/A\x01\xFF//1/1.00/1/4/\r\n") + pay, QString(), 2);
         row("a frame byte in a line is not sent", "3/S/OK//1/1.00/1/4/\r\n3/S/A\x02\x03//1/1.00/1/4/\r\n" + pay, ok, 2);
         row("a NUL in a line", QByteArray("3/S/A\0B//1/1.00/1/4/\r\n", 22) + pay, QString(), 2);
         row("a line longer than a frame is not sent",
             "3/S/OK//1/1.00/1/4/\r\n3/S/" + QByteArray(5000, 'L') + "//1/1.00/1/4/\r\n" + pay, ok, 2);
-        row("LF, no final slash, no final line end", QByteArray("3/S/OK//1/1.00/1/4\n5/1/0.00/////"), ok, 2);
         QByteArray large;
         for (int i = 0; i < 3000; ++i)
             large += "3/S/ITEM" + QByteArray::number(i) + "//1/0.01/1/4/\r\n";
@@ -422,29 +410,6 @@ private Q_SLOTS:
         if (rig.journal().size() < server::splitReceiptLines(content).size())
             QVERIFY(!rig.logMessages().filter(QStringLiteral("non inviato")).isEmpty());
     }
-
-    void linksAndPipesAreLeftAlone()
-    {
-        DriverRig rig;
-        rig.settings.serverFile = QStringLiteral("*.txt");
-        QTemporaryDir elsewhere;
-        QFile target(elsewhere.filePath(QStringLiteral("other.txt")));
-        QVERIFY(target.open(QIODevice::WriteOnly));
-        target.write("3/S/ELSEWHERE//1/1.00/1/4/\r\n");
-        target.close();
-        QVERIFY(QFile::link(target.fileName(), rig.spoolFile(QStringLiteral("link.txt"))));
-#ifdef Q_OS_UNIX
-        QVERIFY(::mkfifo(QFile::encodeName(rig.spoolFile(QStringLiteral("pipe.txt"))).constData(), 0600) == 0);
-#endif
-        rig.server().ScanServerDir();
-        rig.server().ScanServerDir();
-        QVERIFY(rig.journal().isEmpty()); // not followed, and no hang on the pipe
-        QVERIFY(QFileInfo(rig.spoolFile(QStringLiteral("link.txt"))).isSymLink());
-        QVERIFY(target.exists());
-        QCOMPARE(rig.logMessages().filter(QStringLiteral("Non è un file normale")).size(),
-                 QFileInfo::exists(rig.spoolFile("pipe.txt")) ? 2 : 1);
-    }
-
 };
 
 QTEST_GUILESS_MAIN(DriverTest)

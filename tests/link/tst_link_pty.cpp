@@ -7,11 +7,11 @@
 #include "link/Framing.h"
 #include "link/SerialPort.h"
 
+#include "EcrSimProcess.h"
 #include "Table.h"
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
@@ -21,7 +21,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <stdlib.h>
-#include <sys/resource.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -65,10 +64,13 @@ private:
     void serve(const QByteArray& answer)
     {
         bool inFrame = false;
-        while (running_) {
+        for (;;) { // once stopped, until what is still on its way was read
             pollfd p{master_, POLLIN, 0};
-            if (poll(&p, 1, 20) <= 0 || !(p.revents & POLLIN))
+            if (poll(&p, 1, 20) <= 0 || !(p.revents & POLLIN)) {
+                if (!running_)
+                    return;
                 continue;
+            }
             QThread::msleep(5); // let the program's bytes pile up in the kernel
             char burst[256];
             const ssize_t n = ::read(master_, burst, sizeof burst);
@@ -93,40 +95,11 @@ private:
     QByteArray received_;
 };
 
-double cpuSeconds()
-{
-    rusage u{};
-    getrusage(RUSAGE_SELF, &u);
-    return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) + double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
-}
-
-// ecrsim with its link and journal in a folder of its own, and the program's port to it.
-struct Sim {
-    QTemporaryDir dir;
-    QProcess process;
+// ecrsim, and the program's port to it.
+struct Sim : EcrSimProcess {
     SerialPort port;
     SystemClock clock;
     EcrLink ecr{port, clock};
-    QString link() const { return dir.filePath("ecr"); }
-    QString journal() const { return dir.filePath("journal.txt"); }
-
-    bool start(const QStringList& extra = {})
-    {
-        process.start(ECRSIM_PATH, QStringList{"--link", link(), "--journal", journal()} + extra);
-        return process.waitForStarted(5000) && nextLine() == "ready";
-    }
-    QByteArray command(const QByteArray& line)
-    {
-        process.write(line + '\n');
-        return nextLine();
-    }
-    QByteArray nextLine()
-    {
-        while (!process.canReadLine())
-            if (!process.waitForReadyRead(5000))
-                return {};
-        return process.readLine().trimmed();
-    }
 };
 
 // One transaction: the link's result and the answer, as "result answer".
@@ -170,7 +143,6 @@ private Q_SLOTS:
         }
         port.close();
         QCOMPARE(port.handle(), PortHandle::Closed);
-        QThread::msleep(100); // the far end reads what is still on its way
         ecr.stop();
         QByteArray wire = ecr.received();
         for (qsizetype at = wire.indexOf('\x03'); at >= 2; at = wire.indexOf('\x03', at + 1))
@@ -195,56 +167,48 @@ private Q_SLOTS:
     void ecrsimOverThePty()
     {
         Sim sim;
-        QVERIFY2(sim.start(), qPrintable(sim.process.readAllStandardError()));
-        QVERIFY(QFileInfo(sim.link()).isSymLink());
-        QVERIFY2(sim.port.open(sim.link(), 9600), qPrintable(sim.port.lastError()));
+        QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
+        QVERIFY2(sim.port.open(sim.link, 9600), qPrintable(sim.port.lastError()));
+        QCOMPARE(transaction(sim.ecr, "a/"), QStringLiteral("1002 "));
         // What was received and not read is gone once the port closed.
         sim.port.writeByte(frame::ENQ);
         QVERIFY(sim.ecr.WaitForData(1000));
         sim.port.close();
-        QVERIFY(sim.port.open(sim.link(), 9600));
+        QVERIFY(sim.port.open(sim.link, 9600));
         QCOMPARE(sim.port.bytesWaiting(), qint64(0));
         QCOMPARE(transaction(sim.ecr, "a/"), QStringLiteral("0 00/00/01/99KDV000001/1/KD/IT/1.00/"));
         QCOMPARE(sim.command("busy 1"), QByteArray("ok"));
         QCOMPARE(sim.command("busy lots"), QByteArray("error: usage: busy [N]"));
         QCOMPARE(transaction(sim.ecr, "x/7/0/0/"), QStringLiteral("0 1A/00/01/x/"));
         QCOMPARE(sim.command("status"), QByteArray("receipt closed display \"            0.00|                \" records 1"));
-        sim.port.close();
-        sim.process.terminate(); // SIGTERM
-        QVERIFY(sim.process.waitForFinished(5000));
-        QCOMPARE(sim.process.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(sim.process.exitCode(), 0);
-        QVERIFY2(!QFileInfo::exists(sim.link()) && !QFileInfo(sim.link()).isSymLink(), "the link is left behind");
-        QFile journal(sim.journal());
-        QVERIFY(journal.open(QIODevice::ReadOnly));
-        QCOMPARE(journal.readAll(), QByteArray("a/\n"));
-    }
-    void unplugHangsUpAndReplugBringsTheLineBack()
-    {
-        Sim sim;
-        QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
-        const int watcher = ::open(QFile::encodeName(sim.link()).constData(), O_RDWR | O_NOCTTY);
-        QVERIFY(sim.port.open(sim.link(), 9600));
-        QCOMPARE(transaction(sim.ecr, "a/"), QStringLiteral("1002 "));
+
+        const int watcher = ::open(QFile::encodeName(sim.link).constData(), O_RDWR | O_NOCTTY);
         QCOMPARE(sim.command("unplug"), QByteArray("ok"));
         QCOMPARE(sim.nextLine(), QByteArray("unplugged"));
-        QVERIFY(!QFileInfo(sim.link()).isSymLink());
+        QVERIFY(!QFileInfo(sim.link).isSymLink());
         // The far end is gone: the line has a hang-up, and waiting on it sleeps, not spins.
         pollfd p{watcher, POLLIN, 0};
         QCOMPARE(::poll(&p, 1, 4000), 1);
         QVERIFY(p.revents & POLLHUP);
         ::close(watcher);
-        const double before = cpuSeconds();
+        const qint64 self = QCoreApplication::applicationPid();
+        const double before = cpuSeconds(self);
         QCOMPARE(int(sim.ecr.LinkHandshake()), 1004);
-        QVERIFY2(cpuSeconds() - before < 0.5, "waiting on a dead line must sleep, not spin");
-
+        QVERIFY2(cpuSeconds(self) - before < 0.5, "waiting on a dead line must sleep, not spin");
         QCOMPARE(sim.command("replug"), QByteArray("ok"));
         QCOMPARE(sim.nextLine(), QByteArray("replugged"));
-        QVERIFY(sim.port.open(sim.link(), 9600));
-        QCOMPARE(transaction(sim.ecr, "a/").left(5), QStringLiteral("0 00/")); // "can 1" was used up before the pull
-        sim.process.write("quit\n");
+        QVERIFY(sim.port.open(sim.link, 9600));
+        QCOMPARE(transaction(sim.ecr, "a/").left(5), QStringLiteral("0 00/")); // faults used up before the pull stay so
+
+        sim.port.close();
+        sim.process.terminate(); // SIGTERM
         QVERIFY(sim.process.waitForFinished(5000));
+        QCOMPARE(sim.process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(sim.process.exitCode(), 0);
+        QVERIFY2(!QFileInfo::exists(sim.link) && !QFileInfo(sim.link).isSymLink(), "the link is left behind");
+        QFile journal(sim.journal);
+        QVERIFY(journal.open(QIODevice::ReadOnly));
+        QCOMPARE(journal.readAll(), QByteArray("a/\na/\n"));
     }
     void commandLines_data()
     {
@@ -255,11 +219,11 @@ private Q_SLOTS:
                         "status", "quit", "ready"});
         row("no link", QStringList(), 2, QStringList{"--link PATH is required"});
         row("bad baud", QStringList{"--link", "x", "--baud", "fast"}, 2, QStringList{"--baud wants"});
-        row("bad fault", QStringList{"--link", "x", "--fault", "paper soon"}, 2, QStringList{"usage: paper MS"});
-        row("unknown fault", QStringList{"--link", "x", "--fault", "wobble 3"}, 2, QStringList{"unknown fault \"wobble\""});
+        row("bad fault", QStringList{"--link", "x", "--fault", "wobble 3"}, 2, QStringList{"fault \"wobble 3\": unknown fault"});
         row("journal that cannot be written", QStringList{"--link", "x", "--journal", "/nonexistent-dir/journal.txt"}, 2,
             QStringList{"/nonexistent-dir/journal.txt"});
         row("unknown option", QStringList{"--lnk", "x"}, 2, QStringList{"lnk"});
+        row("quit on its standard input", QStringList{"--link", QDir::currentPath() + "/ecrsim-link"}, 0, QStringList{"ready"});
         row("link onto a file", QStringList{"--link", QDir::currentPath() + "/ecrsim-plain-file"}, 2,
             QStringList{"exists and is not a symbolic link"});
     }
@@ -268,7 +232,8 @@ private Q_SLOTS:
         QFile plain(QDir::currentPath() + "/ecrsim-plain-file");
         QVERIFY(plain.open(QIODevice::WriteOnly));
         QProcess p;
-        p.start(ECRSIM_PATH, fetch<QStringList>("arguments"));
+        p.start(QStringLiteral(ECRSIM_EXE), fetch<QStringList>("arguments"));
+        p.write("quit\n");
         QVERIFY(p.waitForFinished(5000));
         plain.remove();
         QTEST(p.exitCode(), "exitCode");

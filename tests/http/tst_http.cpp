@@ -1,7 +1,11 @@
-// The HTTP service over real connections, in front of a driver session on
-// the built-in virtual register: receipts posted, printed once and read
-// back, bad requests that change nothing, fifty clients at once.
+// The HTTP service: its rules (where it listens, who may ask, what a body
+// must hold, the ids it remembers across restarts), then over real
+// connections in front of a driver session on the built-in virtual register:
+// receipts posted, printed once and read back, bad requests that change
+// nothing, fifty clients at once.
+#include "http/ApiRules.h"
 #include "http/HttpService.h"
+#include "http/ReceiptIds.h"
 #include "service/DriverSession.h"
 
 #include "RecordingOperator.h"
@@ -17,6 +21,7 @@
 #include <QTest>
 
 using namespace kelm;
+using namespace kelm::http;
 
 namespace {
 
@@ -52,32 +57,120 @@ Reply readReply(QTcpSocket& socket)
 
 } // namespace
 
-class HttpServiceTest : public QObject {
+class HttpTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void listen_data()
+    {
+        // empty: refused
+        columns<QString, QString, int>("text", "address", "port");
+        QTest::newRow("port alone: loopback") << "8080" << "127.0.0.1" << 8080;
+        QTest::newRow("address and port") << "192.168.1.5:9000" << "192.168.1.5" << 9000;
+        QTest::newRow("IPv6 in brackets") << "[::1]:80" << "::1" << 80;
+        for (const char* text : {"0", "65536", "127.0.0.1:", "cassa:80"}) // port 0, too big, missing; a name
+            QTest::addRow("refused: %s", text) << text << "" << 0;
+    }
+    void listen()
+    {
+        const QString& address = fetch<QString>("address");
+        QString error;
+        const auto listen = parseListenAddress(fetch<QString>("text"), error);
+        QCOMPARE(listen.has_value(), !address.isEmpty());
+        QCOMPARE(error.isEmpty(), listen.has_value());
+        if (listen) {
+            QCOMPARE(listen->address, QHostAddress(address));
+            QTEST(int(listen->port), "port");
+        }
+    }
+    void access_data()
+    {
+        columns<QString, bool, QString, QByteArray, QByteArray, int>("bound", "command", "token", "authorization", "host", "status");
+        const auto access = [](const char* name, const char* bound, bool command, const char* token, const char* authorization,
+                               const char* host, int status) {
+            row(name, QString(bound), command, QString(token), QByteArray(authorization), QByteArray(host), status);
+        };
+        access("loopback receipt, no token", "127.0.0.1", false, "", "", "127.0.0.1:80", 0);
+        access("localhost names loopback", "127.0.0.1", false, "", "", "LocalHost:80", 0);
+        for (const char* host : {"evil.example:80", "127.0.0.1:81", ""}) // another name, another port, none
+            access(host, "127.0.0.1", false, "", "", host, 421);
+        access("command without a configured token", "127.0.0.1", true, "", "Bearer ", "localhost:80", 403);
+        access("command, wrong token", "127.0.0.1", true, "s3", "Bearer s4", "localhost:80", 401);
+        access("command, token", "127.0.0.1", true, "s3", "Bearer s3", "localhost:80", 0);
+        access("LAN receipt without token", "10.0.0.2", false, "s3", "", "10.0.0.2:80", 401);
+        access("LAN receipt with token", "10.0.0.2", false, "s3", "Bearer s3", "10.0.0.2:80", 0);
+        access("LAN: localhost is not the bound address", "10.0.0.2", false, "s3", "Bearer s3", "localhost:80", 421);
+        access("any address: any host", "0.0.0.0", false, "s3", "Bearer s3", "cassa1:80", 0);
+    }
+    void access()
+    {
+        const ListenAddress listen{QHostAddress(fetch<QString>("bound")), 80};
+        Refusal refusal = checkHost(fetch<QByteArray>("host"), listen);
+        if (!refusal.refused())
+            refusal = checkToken(listen.address.isLoopback(), fetch<bool>("command"), fetch<QString>("token"),
+                                 fetch<QByteArray>("authorization"));
+        QTEST(refusal.status, "status");
+        QCOMPARE(refusal.message.isEmpty(), refusal.status == 0);
+    }
+    void receiptBody_data(); // outside: moc does not read raw strings
+    void receiptBody()
+    {
+        const QString& problem = fetch<QString>("problem");
+        for (const QByteArray& body : fetch<QByteArrayList>("bodies")) {
+            Refusal refusal;
+            const auto post = parseReceiptPost(body, refusal);
+            QVERIFY2(post.has_value() == problem.isEmpty(), body.constData());
+            QVERIFY2(refusal.message.contains(problem), qPrintable(refusal.message));
+            if (post)
+                QCOMPARE(post->lines.first(), QStringLiteral("3/S/CAFFÈ//1/1.00/1/1/"));
+            else
+                QCOMPARE(refusal.status, 400);
+        }
+    }
+    void ids()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("ids"));
+        const QStringList lines{QStringLiteral("3/S/A//1/1.00/1/1/"), QStringLiteral("5/1/0.00/////")};
+        {
+            ReceiptIds ids(path, 7);
+            QCOMPARE(ids.match(QStringLiteral("A"), lines), ReceiptIds::Match::New);
+            QVERIFY(ids.remember(QStringLiteral("A"), lines));
+        }
+        const auto reopened = [&](int daysLater) { return ReceiptIds(path, 7, QDate::currentDate().addDays(daysLater)); };
+        QCOMPARE(reopened(7).match(QStringLiteral("A"), {lines.first()}), ReceiptIds::Match::Other);
+        QCOMPARE(reopened(8).match(QStringLiteral("A"), lines), ReceiptIds::Match::New);
+        QCOMPARE(reopened(0).match(QStringLiteral("A"), lines), ReceiptIds::Match::New); // dropped from the file too
+    }
+    // The rules need no program; the bad requests, all turned away, share one run.
     void init()
     {
-        home_ = std::make_unique<QTemporaryDir>();
-        QDir(home_->path()).mkdir(QStringLiteral("spool"));
-        QFile ini(home_->filePath(QStringLiteral("KelmDrev.ini")));
-        QVERIFY(ini.open(QIODevice::WriteOnly));
-        ini.write("[Parametri]\r\nModello=Kelm Brio\r\nVelocita=115200\r\nDispositivo=virtual\r\nServerDir="
-                  + home_->filePath(QStringLiteral("spool")).toUtf8() + "\r\nServerFile=*.txt\r\n");
-        ini.close();
-        startProgram();
+        if (!QByteArrayList{"listen", "access", "receiptBody", "ids"}.contains(QTest::currentTestFunction()) && !http_)
+            startProgram();
     }
-    void cleanup() { stopProgram(); }
-    void receiptPrintedOnceAcrossRestart();
+    void cleanup()
+    {
+        if (QTest::currentTestFunction() != QByteArray("badRequestsChangeNothing") || !driver_->status().serverOn)
+            stopProgram();
+    }
+    void receiptPrintedOnceAcrossRestart(); // and a panel command
     void badRequestsChangeNothing_data();
     void badRequestsChangeNothing();
     void fiftyClientsInOrder();
-    void panelCommand();
     void noFileTakenOnceStopped();
 
 private:
-    void startProgram()
+    // The program on the built-in virtual register, in a fresh folder unless it is restarted.
+    void startProgram(bool fresh = true)
     {
+        if (fresh) {
+            home_ = std::make_unique<QTemporaryDir>();
+            QDir(home_->path()).mkdir(QStringLiteral("spool"));
+            QFile ini(home_->filePath(QStringLiteral("KelmDrev.ini")));
+            QVERIFY(ini.open(QIODevice::WriteOnly));
+            ini.write("[Parametri]\r\nModello=Kelm Brio\r\nVelocita=115200\r\nDispositivo=virtual\r\nServerDir="
+                      + home_->filePath(QStringLiteral("spool")).toUtf8() + "\r\nServerFile=*.txt\r\n");
+        }
         driver_ = std::make_unique<service::DriverSession>(
             service::DriverSession::Options{home_->path(), false, service::DriverSession::Mode::Headless}, op_);
         QCOMPARE(driver_->start(), QString());
@@ -117,8 +210,31 @@ private:
     std::unique_ptr<http::HttpService> http_;
 };
 
-void HttpServiceTest::receiptPrintedOnceAcrossRestart()
+void HttpTest::receiptBody_data()
 {
+    // a word of the message; empty: accepted
+    columns<QByteArrayList, QString>("bodies", "problem");
+    row("good", QByteArrayList{R"({"id":"A-1.x_2","lines":["3/S/CAFFÈ//1/1.00/1/1/","5/1/0.00/////"]})"}, QString());
+    row("not JSON", QByteArrayList{R"({"id":"A","lines":[)"}, QString("JSON"));
+    row("not an object", QByteArrayList{R"(["3/S/"])"}, QString("oggetto"));
+    // id missing, empty, a number, with a slash, too long
+    row("bad id", QByteArrayList{R"({"lines":["5/"]})", R"({"id":"","lines":["5/"]})", R"({"id":7,"lines":["5/"]})",
+                                 R"({"id":"../x","lines":["5/"]})", R"({"id":")" + QByteArray(129, 'a') + R"(","lines":["5/"]})"},
+        QString("\"id\""));
+    row("lines missing, empty, a text", QByteArrayList{R"({"id":"A"})", R"({"id":"A","lines":[]})", R"({"id":"A","lines":"5/"})"},
+        QString("\"lines\""));
+    row("a line a number", QByteArrayList{R"({"id":"A","lines":["5/",5]})"}, QString("Riga 2"));
+    row("a line with STX or a line break", QByteArrayList{R"({"id":"A","lines":["3/S/\u0002/"]})",
+                                                          R"({"id":"A","lines":["3/S/\n5/"]})"}, QString("controllo"));
+    row("a line too long", QByteArrayList{R"({"id":"A","lines":[")" + QByteArray(2048, 'x') + R"("]})"}, QString("lungo"));
+}
+
+void HttpTest::receiptPrintedOnceAcrossRestart()
+{
+    const Reply panel = call("POST", "/api/v1/commands", R"({"record":"a/"})", "Authorization: Bearer t0k\r\n");
+    QCOMPARE(panel.status, 200); // a panel command, with its result and the register's answer
+    QCOMPARE(panel.json[QStringLiteral("result")].toInt(), 0);
+    QVERIFY(panel.json[QStringLiteral("answer")].toString().startsWith(QStringLiteral("00/")));
     const QByteArray body = R"({"id":"R-1","lines":["3/S/CAFFÈ//1/1.20/1/1/","5/1/0.00/////"]})";
     Reply reply = call("POST", "/api/v1/receipts", body);
     QCOMPARE(reply.status, 202);
@@ -134,7 +250,7 @@ void HttpServiceTest::receiptPrintedOnceAcrossRestart()
     const QByteArray otherLines = R"({"id":"R-1","lines":["5/1/0.00/////"]})";
     QCOMPARE(call("POST", "/api/v1/receipts", otherLines).status, 409);
     stopProgram();
-    startProgram();
+    startProgram(false);
     reply = call("POST", "/api/v1/receipts", body);
     QCOMPARE(reply.status, 200);
     QCOMPARE(reply.json[QStringLiteral("state")].toString(), QStringLiteral("stampato"));
@@ -142,7 +258,7 @@ void HttpServiceTest::receiptPrintedOnceAcrossRestart()
     QCOMPARE(journal().filter(QStringLiteral("CAFF")).size(), 1);
 }
 
-void HttpServiceTest::badRequestsChangeNothing_data()
+void HttpTest::badRequestsChangeNothing_data()
 {
     // error: the exact text where the reason is the client's to read, else only that there is one.
     columns<bool, QByteArray, QByteArray, QByteArray, QByteArray, int, QString>("serverOn", "method", "path", "body",
@@ -158,11 +274,11 @@ void HttpServiceTest::badRequestsChangeNothing_data()
         400, QString());
     row("wrong method", true, QByteArray("DELETE"), QByteArray("/api/v1/status"), none, none, 405,
         QString("Metodo non ammesso per /api/v1/status"));
-    // Switched off in the window: a receipt is turned away, not kept for later.
+    // Switched off in the window (the last row): a receipt is turned away, not kept for later.
     row("server off", false, post, receipts, good, none, 503, QString("Server scontrini spento: scontrino non accettato"));
 }
 
-void HttpServiceTest::badRequestsChangeNothing()
+void HttpTest::badRequestsChangeNothing()
 {
     const QStringList before = journal();
     if (!fetch<bool>("serverOn")) {
@@ -181,7 +297,7 @@ void HttpServiceTest::badRequestsChangeNothing()
     QCOMPARE(journal(), before);
 }
 
-void HttpServiceTest::fiftyClientsInOrder()
+void HttpTest::fiftyClientsInOrder()
 {
     constexpr int kClients = 50;
     std::vector<std::unique_ptr<QTcpSocket>> sockets;
@@ -209,18 +325,9 @@ void HttpServiceTest::fiftyClientsInOrder()
         QVERIFY2(printed[i].startsWith(byOrder.values()[i]), qPrintable(printed[i]));
 }
 
-void HttpServiceTest::panelCommand()
-{
-    const QByteArray body = R"({"record":"a/"})";
-    const Reply reply = call("POST", "/api/v1/commands", body, "Authorization: Bearer t0k\r\n");
-    QCOMPARE(reply.status, 200);
-    QCOMPARE(reply.json[QStringLiteral("result")].toInt(), 0);
-    QVERIFY(reply.json[QStringLiteral("answer")].toString().startsWith(QStringLiteral("00/")));
-}
-
 // A stop asked while the worker is busy wins over the tick that came due
 // meanwhile: a file dropped then stays in the folder for the next run.
-void HttpServiceTest::noFileTakenOnceStopped()
+void HttpTest::noFileTakenOnceStopped()
 {
     const QString file = home_->filePath(QStringLiteral("spool/tardi.txt"));
     std::atomic<bool> stopped = false;
@@ -244,5 +351,5 @@ void HttpServiceTest::noFileTakenOnceStopped()
     QVERIFY(QFile::exists(file));
 }
 
-QTEST_MAIN(HttpServiceTest)
-#include "tst_http_service.moc"
+QTEST_MAIN(HttpTest)
+#include "tst_http.moc"
