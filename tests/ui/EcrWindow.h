@@ -146,9 +146,12 @@ public:
             qobject_cast<QAbstractButton*>(box)->setChecked(value == u'1');
         }
     }
-    // What a box shows, as fill takes it; a push button is "on" or "off"; "Section/Key" is read from the settings.
+    // What a box shows, as fill takes it; a push button is "on" or "off"; "Section/Key" is read from the settings,
+    // "@name" is the file of that name in the folder.
     QString value(const QString& name) const
     {
+        if (name.startsWith(u'@'))
+            return QString::fromLatin1(readFile(dir.filePath(name.mid(1))));
         if (name.contains(u'/'))
             return kelm::IniFile(ini()).read(name.section(u'/', 0, 0), name.section(u'/', 1), QStringLiteral("<none>"), 256);
         QWidget* box = find<QWidget>(name);
@@ -164,9 +167,9 @@ public:
             return box->isEnabled() ? QStringLiteral("on") : QStringLiteral("off");
         return qobject_cast<QAbstractButton*>(box)->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
     }
-    // Steps a user takes: "box=value" fills a box; "box?value" waits until it shows the value; "<record" until
-    // the register got a record that starts so, "!record" none yet; "#text" a message was shown; any other
-    // presses that button. False at the first step that fails, which is shown with what was there instead.
+    // Steps a user takes: "box=value" fills a box; "box?value" waits until it shows the value, "box~text" until
+    // it shows the text somewhere; "<record" until the register got a record that starts so, "!record" none yet
+    // ("!": nothing at all); "#text" a message was shown; any other presses that button. False at the first step that fails, which is shown with what was there instead.
     bool run(const QStringList& steps) const
     {
         for (const QString& step : steps) {
@@ -185,6 +188,8 @@ public:
                 ok = dialogs.shown.contains(rest);
             } else if (const qsizetype at = step.indexOf(u'?'); at > 0) {
                 ok = QTest::qWaitFor([&] { return (seen = value(step.left(at))) == step.mid(at + 1); }, 5000);
+            } else if (const qsizetype in = step.indexOf(u'~'); in > 0) {
+                ok = QTest::qWaitFor([&] { return (seen = value(step.left(in))).contains(step.mid(in + 1)); }, 5000);
             } else if (const qsizetype eq = step.indexOf(u'='); eq > 0) {
                 fill(step.left(eq), step.mid(eq + 1));
             } else {

@@ -38,11 +38,7 @@ namespace {
 const QByteArray kSettings = "ServerStato=Off\r\nServerFile=scontrino.txt\r\n";
 
 // A sale keyed on the register: "5", "REP-01", "Contanti".
-void sale(const EcrWindow& w)
-{
-    for (int key : {17, 41, 43})
-        w.key(key);
-}
+const QStringList kSale{"cmdECR_17", "cmdECR_41", "cmdECR_43"};
 
 } // namespace
 
@@ -129,6 +125,7 @@ private Q_SLOTS:
         // The login dialog is driven through its own boxes and buttons: "button|typed|new|repeated".
         const QStringList action = fetch<QString>("action").split(u'|');
         EcrWindow w({}, "virtual", false);
+        w.writeIni("Dispositivo=virtual\r\n"); // no model: no register, the login alone
         w.passwords.values[technician::kLoginApplication] = fetch<QString>("login");
         w.passwords.values[technician::kChangeApplication] = fetch<QString>("change");
         QVERIFY(w.open());
@@ -201,27 +198,41 @@ private Q_SLOTS:
         QVERIFY(w.run({"cmbComPort?Com7", "chkLog?0"}));
     }
 
-    void storedSettingsSurviveASave()
+    void stepsInTheWindow_data()
     {
+        // Section Parametri (none: the usual one), the answers to the questions, the steps (see EcrWindow::run);
+        // out: the records the register got that match, questions asked, messages shown.
+        columns<QByteArray, QList<Button>, QStringList, QString, QStringList, int, int>("ini", "answers", "steps", "match", "wire",
+                                                                                        "asked", "shown");
+        // The folder name runs into the totals' file name, as always; "5" keys five cents.
+        row("closure: Cancel closes nothing, both buttons alike", QByteArray(), QList<Button>{Button::Cancel, Button::Ok},
+            kSale + QStringList{"cmdChiusuraGIornaliera_0", "@spoolTotali.txt?", "cmdChiusuraGIornaliera_1",
+                               "@spoolTotali.txt~TOTALE VENDITE = 0.05"},
+            QString("^x/7/"), QStringList{"x/7/0/0/"}, 2, 0);
+        row("reprint sets the parameter once; its second button is a placeholder", QByteArray(),
+            QList<Button>{Button::Yes, Button::Yes}, kSale + QStringList{"cmdDGFE_0", "cmdDGFE_0", "cmdDGFE_1"},
+            QString("^(B/12/|G/12/|\\)/120/)"), QStringList{"B/12/", "G/12/1/1/42/", ")/120/", "B/12/", ")/120/"}, 2, 0);
         // A model outside the table, a speed outside the list, and a ComN port that writes no device.
-        EcrWindow w({}, "virtual", false);
-        w.writeIni("Modello=Cassa Nuova\r\nVelocita=19200\r\nPorta=3\r\n");
-        QVERIFY(w.open());
-        w.click("cmdSalvaConfigPC");
-        const QByteArray saved = readFile(w.ini());
-        QVERIFY2(saved.contains("Modello=Cassa Nuova\r\nVelocita=19200\r\nPorta=3\r\n") && !saved.contains("Dispositivo"),
-                 saved.data());
+        row("stored settings survive a save", QByteArray("Modello=Cassa Nuova\r\nVelocita=19200\r\nPorta=3\r\n"),
+            QList<Button>{}, QStringList{"cmdSalvaConfigPC", "Parametri/Modello?Cassa Nuova", "Parametri/Velocita?19200",
+                                         "Parametri/Porta?3", "Parametri/Dispositivo?<none>"},
+            QString(), QStringList{}, 0, 0);
+        row("no model: the window runs without the register", QByteArray("Dispositivo=virtual\r\n"), QList<Button>{},
+            QStringList{"sbMain_1?Errore Nei Parametri", "sbMain_2?Tipo Modello non impostato", "!", "sbMain_3?"},
+            QString(), QStringList{}, 0, 0);
     }
-
-    void missingModelOnTheStatusBar()
+    void stepsInTheWindow()
     {
-        EcrWindow w({}, "virtual", false);
-        w.writeIni("Dispositivo=virtual\r\n");
-        QVERIFY(w.open()); // the window runs without the register
-        QCOMPARE(w.panel(1), QStringLiteral("Errore Nei Parametri"));
-        QCOMPARE(w.panel(2), QStringLiteral("Tipo Modello non impostato"));
-        QVERIFY(w.settle());
-        QCOMPARE(w.panel(3), QString());
+        EcrWindow w(kSettings, "virtual", false);
+        if (!fetch<QByteArray>("ini").isEmpty())
+            w.writeIni(fetch<QByteArray>("ini"));
+        QVERIFY(w.open());
+        w.dialogs.answers = fetch<QList<Button>>("answers");
+        QVERIFY(w.run(fetch<QStringList>("steps")) && w.settle());
+        if (const QString match = fetch<QString>("match"); !match.isEmpty())
+            QCOMPARE(w.journal().filter(QRegularExpression(match)), fetch<QStringList>("wire"));
+        QCOMPARE(w.dialogs.asked.size(), fetch<int>("asked"));
+        QCOMPARE(w.dialogs.shown.size(), fetch<int>("shown"));
     }
 
     void keptLinesWaitWhileTheServerIsOff()
@@ -382,7 +393,8 @@ private Q_SLOTS:
                 for (const QString box : {"TxtRiga_0", "TxtRiga_1", "TxtRiga_2"})
                     form->findChild<QLineEdit*>(box)->setText(box);
                 QTest::mouseClick(form->findChild<QPushButton*>("CmdChiude_1"), Qt::LeftButton);
-                sale(w);
+                for (const QString& key : kSale)
+                    w.click(key);
             }
         });
         filler.start(20);
@@ -445,40 +457,6 @@ private Q_SLOTS:
         QVERIFY(heights[0] < heights[1]);
         QCOMPARE(heights[0], heights[2]);
         QCOMPARE(heights[1], heights[3]);
-    }
-
-    void closureQuestion()
-    {
-        EcrWindow w(kSettings);
-        sale(w);
-        QVERIFY(w.settle());
-        w.dialogs.answers = {Button::Cancel, Button::Ok};
-        w.click("cmdChiusuraGIornaliera_0"); // Cancel closes nothing
-        QVERIFY(w.settle());
-        QVERIFY(!w.journal().contains(QStringLiteral("x/7/0/0/")) && !QFile::exists(w.spool() + "Totali.txt"));
-        w.click("cmdChiusuraGIornaliera_1"); // both buttons alike
-        QVERIFY(w.settle());
-        QCOMPARE(w.dialogs.asked, QStringList(2, "ATTENZIONE: Si conferma di voler fare la chiusura giornaliera?"));
-        QVERIFY(w.journal().contains(QStringLiteral("x/7/0/0/")));
-        // The folder name runs into the file name, as always; "5" keys five cents.
-        const QByteArray totals = readFile(w.spool() + QStringLiteral("Totali.txt"));
-        QVERIFY2(totals.startsWith("IVA 1 = ") && totals.contains("TOTALE VENDITE = 0.05"), totals.constData());
-    }
-
-    void reprintSetsTheParameterOnce()
-    {
-        EcrWindow w(kSettings);
-        sale(w); // a receipt to reprint
-        QVERIFY(w.settle());
-        w.dialogs.answers = {Button::Yes, Button::Yes};
-        w.click("cmdDGFE_0");
-        QVERIFY(w.settle());
-        QVERIFY(w.settle());
-        w.click("cmdDGFE_0");
-        w.click("cmdDGFE_1"); // a placeholder: nothing happens
-        QVERIFY(w.settle());
-        const QStringList j = w.journal().filter(QRegularExpression(QStringLiteral("^(B/12/|G/12/|\\)/120/)")));
-        QCOMPARE(j, (QStringList{"B/12/", "G/12/1/1/42/", ")/120/", "B/12/", ")/120/"}));
     }
 
     void testReceiptFiles()
