@@ -132,13 +132,15 @@ private Q_SLOTS:
             QStringList{"cmdSetParametri_6?off", "cmdReadPagamenti", "cmdSetParametri_6?on", "txtPagDescr_1=CARTA DI CREDITO",
                         "txtPagDescrBreve_1=CARTA", "chkPagResto_1=1", "cmdSetParametri_6", "<Y/2/CREDITO/ARTA/10000000/0/0//1/0/",
                         "cmdClearPagamenti", "txtPagDescr_1?", "chkPagAttivo_1?0", "chkPagResto_1?0", "cmdReadPagamenti",
-                        "txtPagDescr_1?CREDITO", "chkPagResto_1?1", "chkPagAttivo_1?1"},
+                        "txtPagDescr_1?CREDITO", "chkPagResto_1?1", "chkPagAttivo_1?1", "txtPagTasso_0=1/2", "txtPagTasso_0?1\\2",
+                        "txtPagMarkUp_8=1/2", "txtPagMarkUp_8?1\\2"}, // a typed slash shows as a backslash
             0, 1);
         // S-parameters wait for a read or a reset; only the selected scroll message, typed into, is saved and sent.
         row("S-parameters and scroll message", Buttons{Button::Yes},
             QStringList{"cmdSetParametri_9?off", "cmdResetParmS", "#Kelm Drev: Parametri S ripristinati a default ma non salvati.",
                         "cmdSetParametri_9", "<S/00001100001000000001000000/999999/999999/1000000/99999999/0/0/0/1/CASSA -1/27/"
-                        "27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/8/0/", "txtScrollMSG_1=not selected",
+                        "27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/8/0/", "txtBCPriceLead_0=1/2",
+                        "txtBCPriceLead_0?1\\2", "txtPRTIntensity=1/2", "txtPRTIntensity?1\\2", "txtScrollMSG_1=not selected",
                         "optScrollMSGEnable_1=1", "txtScrollMSG_2= SALDI 20% ", "cmdSetParametri_7", "Messaggi/Msg3?SALDI 20%",
                         "Messaggi/Msg2?<none>", "<o/SALDI 20%/", "txtScrollMSG_2=", "cmdReadScrolMSG", "txtScrollMSG_2?SALDI 20%"},
             1, 3);
@@ -161,20 +163,6 @@ private Q_SLOTS:
             w.form->findChild<ui::EcrConfigTab*>()->cmdSetParametri_Click(index);
         QCOMPARE(w.dialogs.shown, QStringList{"Attenzione: Errore 90 : Avvisare produttore"}); // 5 and 8 are empty slots
         QCOMPARE(QGuiApplication::overrideCursor(), before); // the hourglass is gone on every path
-    }
-
-    void typedSlashShowsAsBackslash()
-    {
-        EcrWindow w;
-        auto* grid = w.find<QTableWidget>("fgPLU");
-        grid->insertRow(0);
-        grid->edit(grid->model()->index(0, 1));
-        for (QLineEdit* edit : {w.find<QLineEdit>("txtPagTasso_0"), w.find<QLineEdit>("txtPagMarkUp_8"),
-                                w.find<QLineEdit>("txtBCPriceLead_0"), w.find<QLineEdit>("txtPRTIntensity"),
-                                grid->findChild<QLineEdit*>()}) {
-            QTest::keyClicks(edit, QStringLiteral("1/2"));
-            QCOMPARE(edit->text(), QStringLiteral("1\\2"));
-        }
     }
 
     void logoLoading()
@@ -309,6 +297,9 @@ private Q_SLOTS:
         QCOMPARE(editor->text(), QStringLiteral("2.50")); // at once, before the cell is left
         QTest::keyClick(editor, Qt::Key_Return);
         QTRY_COMPARE(grid(w)->item(2, 4)->text(), QStringLiteral("2.50"));
+        grid(w)->editItem(grid(w)->item(2, 1)); // a typed slash shows as a backslash
+        QTest::keyClicks(grid(w)->viewport()->findChild<QLineEdit*>(), QStringLiteral("1/2"));
+        QCOMPARE(grid(w)->viewport()->findChild<QLineEdit*>()->text(), QStringLiteral("1\\2"));
         grid(w)->setCurrentCell(0, 1);
         w.click("cmdPLUEliminaRiga");
         QCOMPARE(gridLines(w).first(), items(2, 2)[0] + "//");
