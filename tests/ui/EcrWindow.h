@@ -169,7 +169,8 @@ public:
     }
     // Steps a user takes: "box=value" fills a box; "box?value" waits until it shows the value, "box~text" until
     // it shows the text somewhere; "<record" until the register got a record that starts so, "!record" none yet
-    // ("!": nothing at all); "#text" a message was shown; any other presses that button. False at the first step that fails, which is shown with what was there instead.
+    // ("!": nothing at all); "#text" a message was shown; any other presses that button. False at the first
+    // step that fails, which is shown with what was there instead.
     bool run(const QStringList& steps) const
     {
         for (const QString& step : steps) {
