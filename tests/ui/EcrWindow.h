@@ -125,7 +125,6 @@ public:
         writeFile(spool() + "/scontrino.tmp", lines);
         QFile::rename(spool() + "/scontrino.tmp", spool() + "/scontrino.txt");
     }
-    void key(int index) const { click(QStringLiteral("cmdECR_%1").arg(index)); }
     template <typename W>
     W* find(const QString& name) const { return form->findChild<W*>(name); }
     QStringList journal() const

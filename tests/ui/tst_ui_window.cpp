@@ -411,10 +411,11 @@ private Q_SLOTS:
         w.form->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(w.form.get()));
         QTest::keyClicks(w.form.get(), "75"); // the PC's digits press the register's "7" and "5"
-        w.key(41); // "REP-01"
+        w.click("cmdECR_41"); // "REP-01"
         QVERIFY(w.settle());
         const QString line1 = w.value("LblDisp1_0");
         QVERIFY2(line1.contains(QStringLiteral("75")), qPrintable(line1));
+        QCOMPARE(line1.size(), 16);
         // One register, one display, wherever it shows.
         QCOMPARE(w.value("txtVirtDSP_0"), line1);
         QVERIFY(w.value("lblVirtualDisplay").startsWith(line1));
@@ -450,14 +451,14 @@ private Q_SLOTS:
     {
         EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
         QVERIFY(w.ready());
-        w.key(17); // "5": a sale begins on the keyboard
+        w.click("cmdECR_17"); // "5": a sale begins on the keyboard
         QVERIFY(w.settle());
         w.drop("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
         QTest::qWait(800); // three ticks and more
         QVERIFY(QFile::exists(w.spool() + "/scontrino.txt")); // it waits in the folder
         QVERIFY(w.panel(2).startsWith(QStringLiteral("Vendita in corso dalla tastiera")));
-        w.key(41);
-        w.key(43); // "Contanti": the display reads 0 again
+        w.click("cmdECR_41");
+        w.click("cmdECR_43"); // "Contanti": the display reads 0 again
         QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(w.spool() + "/scontrino.txt"), 5000);
         QTRY_VERIFY(w.journal().contains(QStringLiteral("5/1/0.00/////")));
         const QStringList j = w.journal();
