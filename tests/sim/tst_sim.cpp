@@ -30,9 +30,6 @@ struct Register {
         [&] { QVERIFY2(answer.size() >= 11 && shape.match(QString::fromLatin1(answer)).hasMatch(), answer.constData()); }();
         return answer;
     }
-    QByteArray status(const QByteArray& record, qint64 at = 0) { return run(record, at).left(2); }
-    // Everything from character 10 on: the answer's data fields.
-    QByteArray data(const QByteArray& record) { return run(record).mid(9); }
 };
 
 // A header or footer record of n lines, each line of size 1 with `text`.
@@ -94,7 +91,6 @@ private slots:
     void receipts_data()
     {
         columns<QByteArrayList, QByteArray, bool>("records", "statuses", "openAfter");
-        row("sale and payment", QByteArrayList{kSale, kCash}, QByteArray("00 00"), false);
         row("closure refused in a receipt", QByteArrayList{kSale, "x/7/0/0/", "x/1/1/1/"}, QByteArray("00 14 14"), true);
         row("closure after the payment", QByteArrayList{kSale, kCash, "x/7/0/0/"}, QByteArray("00 00 00"), false);
         row("payment with no receipt open", QByteArrayList{kCash}, QByteArray("6C"), false);
@@ -150,6 +146,13 @@ private slots:
         row("a credit note keyed: department and cash keys inside it", QByteArrayList{"-/123-2010/", ")/30/", ")/5/", ")/90/"},
             QByteArray("00 00 00 00"), false);
         row("a key the register lacks", QByteArrayList{")/200/", ")/x/"}, QByteArray("46 46"), false);
+        // Changes to the header and to the VAT rates are counted; a malformed record is refused and costs none.
+        const auto changes = [](const char* name, const QByteArray& r, int allowed, const char* refusal) {
+            row(name, QByteArrayList{r.chopped(1) + "//"} + QByteArrayList(allowed + 1, r),
+                "02 " + QByteArray("00 ").repeated(allowed) + refusal, false);
+        };
+        changes("header: 60 changes", printLinesRecord('H', 12, "BAR CENTRALE"), 60, "1D");
+        changes("VAT rates: 20 changes", "b/4.00/10.00/22.00/0.00/0.00/", 20, "2B");
     }
     void receipts()
     {
@@ -159,7 +162,7 @@ private slots:
         Register ecr;
         QByteArrayList got;
         for (const QByteArray& r : records)
-            got.append(ecr.status(r));
+            got.append(ecr.run(r).left(2));
         QCOMPARE(got, statuses);
         QCOMPARE(ecr.device.sales().receiptOpen(), openAfter);
         // The state's bit 0 says the same as the register's own view.
@@ -235,25 +238,7 @@ private slots:
         Register ecr;
         for (const QByteArray& w : fetch<QByteArrayList>("writes"))
             ecr.run(w);
-        QTEST(ecr.data(fetch<QByteArray>("read")), "data");
-    }
-    void changeLimits_data()
-    {
-        columns<QByteArray, int, QByteArray>("record", "allowed", "refusal");
-        row("header: 60 changes", printLinesRecord('H', 12, "BAR CENTRALE"), 60, QByteArray("1D"));
-        row("VAT rates: 20 changes", QByteArray("b/4.00/10.00/22.00/0.00/0.00/"), 20, QByteArray("2B"));
-    }
-    void changeLimits()
-    {
-        const QByteArray& record = fetch<QByteArray>("record");
-        Register ecr;
-        for (int i = 0; i < fetch<int>("allowed"); ++i)
-            QCOMPARE(ecr.status(record), QByteArray("00"));
-        QTEST(ecr.status(record), "refusal");
-        // A malformed record is refused for itself and costs no change.
-        Register fresh;
-        QCOMPARE(fresh.status(record.chopped(1) + "//"), QByteArray("02"));
-        QCOMPARE(fresh.status(record), QByteArray("00"));
+        QTEST(ecr.run(fetch<QByteArray>("read")).mid(9), "data"); // the answer's data fields
     }
     void logoRows_data()
     {
@@ -276,7 +261,7 @@ private slots:
         Register ecr;
         QByteArrayList got;
         for (const QByteArray& r : fetch<QByteArrayList>("records"))
-            got.append(ecr.status(r));
+            got.append(ecr.run(r).left(2));
         QCOMPARE(got.join(' '), fetch<QByteArray>("statuses"));
         QStringList logos;
         for (const auto& logo : ecr.device.tables().logos) {
@@ -289,29 +274,45 @@ private slots:
     }
     void faultsOverTime_data()
     {
-        // appliedAt -1: the faults are given before the register runs; each step
-        // is a record at its time and the first five characters of the answer.
-        columns<qint64, QStringList, Steps>("appliedAt", "faults", "steps");
-        row("busy 2: any two records, then carried out", qint64(-1), QStringList{"busy 2"},
-            Steps{{0, "?/", "1A/00"}, {0, kSale, "1A/00"}, {0, kSale, "00/01"}});
-        row("fatal 52: the next record only", qint64(-1), QStringList{"fatal 52"}, Steps{{0, "a/", "34/00"}, {0, "a/", "00/00"}});
-        row("refuse 3/ 8: every sale, nothing else", qint64(-1), QStringList{"refuse 3/ 8"},
-            Steps{{0, kSale, "08/00"}, {0, "a/", "00/00"}, {0, kSale, "08/00"}});
-        row("paper out for 3 s from the first record", qint64(-1), QStringList{"paper 3000"},
-            Steps{{1000, kSale, "31/04"}, {1000, "?/", "31/04"}, {1000, "e/", "00/04"}, {3999, kSale, "31/04"},
-                  {4000, "?/", "00/00"}, {4000, kSale, "00/01"}});
-        row("cover open for 2 s", qint64(-1), QStringList{"cover 2000"},
-            Steps{{0, "x/1/1/1/", "32/02"}, {0, "?/", "32/02"}, {2000, "x/1/1/1/", "00/00"}});
-        row("clear ends every fault", qint64(-1), QStringList{"busy 5", "paper 5000", "clear"}, Steps{{0, kSale, "00/01"}});
-        row("paper out while running starts at once", qint64(5000), QStringList{"paper 1000"},
-            Steps{{5999, kSale, "31/04"}, {6000, kSale, "00/01"}});
+        // appliedAt -1: the faults are given before the register runs; each step is a record at its time and the
+        // first five characters of the answer. error: what applying each fault says, up to its first semicolon.
+        columns<qint64, QStringList, Steps, QString>("appliedAt", "faults", "steps", "error");
+        const auto timed = [](const char* name, const QStringList& faults, const Steps& steps, qint64 appliedAt = -1) {
+            row(name, appliedAt, faults, steps, QString());
+        };
+        timed("busy 2: any two records, then carried out", {"busy 2"},
+              {{0, "?/", "1A/00"}, {0, kSale, "1A/00"}, {0, kSale, "00/01"}});
+        timed("fatal 52: the next record only", {"fatal 52"}, {{0, "a/", "34/00"}, {0, "a/", "00/00"}});
+        timed("refuse 3/ 8: every sale only", {"refuse 3/ 8"}, {{0, kSale, "08/00"}, {0, "a/", "00/00"}, {0, kSale, "08/00"}});
+        timed("paper out for 3 s from the first record", {"paper 3000"},
+              {{1000, kSale, "31/04"}, {1000, "?/", "31/04"}, {1000, "e/", "00/04"}, {3999, kSale, "31/04"},
+               {4000, "?/", "00/00"}, {4000, kSale, "00/01"}});
+        timed("cover open for 2 s", {"cover 2000"}, {{0, "x/1/1/1/", "32/02"}, {0, "?/", "32/02"}, {2000, "x/1/1/1/", "00/00"}});
+        timed("clear ends every fault", {"busy 5", "paper 5000", "clear"}, {{0, kSale, "00/01"}});
+        timed("paper out while running starts at once", {"paper 1000"}, {{5999, kSale, "31/04"}, {6000, kSale, "00/01"}}, 5000);
+        // A count, by default 1 and in any case, name=value, a time, an error and a refusal at their limits, pacing.
+        timed("taken", {"busy 2", "NAK", "can=3", "silence 86400000", "fatal 255", "refuse 3/ 1", "baud 9600"}, {}, 0);
+        const auto refused = [](const char* name, const QStringList& faults, const char* error) {
+            row(name, qint64(0), faults, Steps(), QString(error));
+        };
+        refused("a count too large", {"garbage 1000001"}, "usage: garbage [N]");
+        refused("two counts", {"short 1 2"}, "usage: short [N]");
+        refused("a time too long", {"paper 86400001"}, "usage: paper MS");
+        refused("a time missing", {"cover"}, "usage: cover MS");
+        refused("error 0", {"fatal 0"}, "usage: fatal ERR");
+        refused("a refusal above 255 or without error", {"refuse 3/ 256", "refuse 3/"}, "usage: refuse PREFIX ERR");
+        refused("pacing not a number", {"baud fast"}, "usage: baud N");
+        refused("unplug takes nothing", {"unplug now"}, "usage: unplug ");
+        refused("nothing", {"  "}, "empty fault command");
     }
     void faultsOverTime()
     {
         const qint64 appliedAt = fetch<qint64>("appliedAt");
         Register ecr;
-        for (const QString& f : fetch<QStringList>("faults"))
-            QCOMPARE(applyFault(ecr.faults, f, appliedAt < 0 ? std::nullopt : std::optional<qint64>(appliedAt)), QString());
+        for (const QString& f : fetch<QStringList>("faults")) {
+            const QString error = applyFault(ecr.faults, f, appliedAt < 0 ? std::nullopt : std::optional<qint64>(appliedAt));
+            QVERIFY2(error.section(u';', 0, 0) == fetch<QString>("error"), qPrintable(f + ": " + error));
+        }
         for (const Step& s : fetch<Steps>("steps"))
             QCOMPARE(ecr.run(s.sent, s.at).left(5), s.expected);
     }
@@ -347,7 +348,6 @@ private slots:
         QVERIFY(!roll.contains("DOCUMENTO NON FISCALE"));
         // What the register keeps in memory is what it wrote.
         QCOMPARE(ecr.paper().join('\n') + '\n', roll.toUtf8());
-        QCOMPARE(ecr.tables().footer[0].text, QByteArray("GRAZIE E ARRIVEDERCI"));
 
         // The next run carries on: tables, counters and an open receipt come
         // back, and both files are written on, not over.
@@ -367,37 +367,12 @@ private slots:
         QVERIFY2(rolls.contains("GRAN TOTALE                 2.70"), qPrintable(rolls.mid(roll.size())));
         QVERIFY2(rolls.contains("CHIUSURA FISCALE N. 2"), qPrintable(rolls.mid(roll.size())));
     }
-    void faultCommands_data()
-    {
-        columns<QStringList, QString>("commands", "error"); // the error up to its first semicolon
-        // A count, by default 1 and in any case, name=value, a time, an error and a refusal at their limits, pacing.
-        row("taken", QStringList{"busy 2", "NAK", "can=3", "silence 86400000", "fatal 255", "refuse 3/ 1", "baud 9600"}, "");
-        row("a count too large", QStringList{"garbage 1000001"}, "usage: garbage [N]");
-        row("two counts", QStringList{"short 1 2"}, "usage: short [N]");
-        row("a time too long", QStringList{"paper 86400001"}, "usage: paper MS");
-        row("a time missing", QStringList{"cover"}, "usage: cover MS");
-        row("error 0", QStringList{"fatal 0"}, "usage: fatal ERR");
-        row("a refusal above 255 or without error", QStringList{"refuse 3/ 256", "refuse 3/"}, "usage: refuse PREFIX ERR");
-        row("pacing not a number", QStringList{"baud fast"}, "usage: baud N");
-        row("unplug takes nothing", QStringList{"unplug now"}, "usage: unplug ");
-        row("nothing", QStringList{"  "}, "empty fault command");
-        row("an unknown fault", QStringList{"wobble 3"}, "unknown fault \"wobble\"");
-    }
-    void faultCommands()
-    {
-        for (const QString& command : fetch<QStringList>("commands")) {
-            Faults faults;
-            const QString error = applyFault(faults, command, 0).section(u';', 0, 0);
-            QVERIFY2(error == fetch<QString>("error"), qPrintable(command + ": " + error));
-        }
-    }
     void conversation_data()
     {
         columns<QStringList, Steps>("faults", "steps");
         const QByteArray status = kelm::frame::commandFrame("?/");
         const QByteArray ack(1, ACK), enq(1, ENQ), nak(1, NAK), can(1, CAN), stx(1, STX);
         row("ENQ is answered with ACK, CAN with nothing", QStringList(), Steps{{0, QByteArray(3, CAN), ""}, {1, enq, ack}});
-        row("a good frame gets ACK and the answer", QStringList(), Steps{{0, enq, ack}, {10, status, ack + kStatusAnswer}});
         row("a bad checksum gets NAK and no answer", QStringList(), Steps{{0, enq, ack}, {10, QByteArray(1, STX) + "?/11" + ETX, nak}});
         row("a frame without handshake is not taken", QStringList(), Steps{{0, status, ""}, {5, enq, ack}});
         row("the PC's NAK brings the same answer again, its ACK ends it", QStringList(),
