@@ -458,6 +458,7 @@ void ProgrammingTest::texts_data()
         QStringList{QString::fromLatin1(encoded(filled({64, 64}, Qt::white).convertToFormat(QImage::Format_Mono), "BMP"))},
         " 64x64 #ffffff ");
     const QString png = QString::fromLatin1(encoded(filled({8, 8}, Qt::red), "PNG"));
+    row("empty", "bmp", QStringList{""}, "Il file è vuoto 0x0  ");
     row("png, text, zero bytes", "bmp", QStringList{png, kOr, "$/1/64/64/1/\r\n", kOr, QString(512, QChar(0))}, notBmp);
     // Header or pixels cut short, zero width, an absurd size.
     row("damaged", "bmp",

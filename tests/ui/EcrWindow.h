@@ -5,19 +5,25 @@
 // boxes answered by a script, and what reached the register is read from its
 // journal. Tests fill their tables with Table.h.
 #include "Table.h"
+#include "app/IniFile.h"
 #include "technician/TechnicianLogin.h"
 #include "ui/Dialogs.h"
 #include "ui/MainForm.h"
 
+#include <QAbstractButton>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QMap>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <memory>
 
 // Message boxes answered from a script; everything shown is remembered.
@@ -119,7 +125,6 @@ public:
         writeFile(spool() + "/scontrino.tmp", lines);
         QFile::rename(spool() + "/scontrino.tmp", spool() + "/scontrino.txt");
     }
-    void key(int index) const { click(QStringLiteral("cmdECR_%1").arg(index)); }
     template <typename W>
     W* find(const QString& name) const { return form->findChild<W*>(name); }
     QStringList journal() const
@@ -127,6 +132,79 @@ public:
         return QString::fromLatin1(readFile(dir.filePath("virtual-ecr-journal.txt"))).split(u'\n', Qt::SkipEmptyParts);
     }
     void click(const QString& name) const { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
+    // Fills a box as a user does: a line is typed, a list's item chosen by its text, a tick box or option set by 1 or 0.
+    void fill(const QString& name, const QString& value) const
+    {
+        QWidget* box = find<QWidget>(name);
+        if (auto* line = qobject_cast<QLineEdit*>(box)) {
+            line->clear();
+            QTest::keyClicks(line, value);
+        } else if (auto* list = qobject_cast<QComboBox*>(box)) {
+            list->setCurrentText(value);
+        } else {
+            qobject_cast<QAbstractButton*>(box)->setChecked(value == u'1');
+        }
+    }
+    // What a box shows, as fill takes it; a push button is "on" or "off"; "Section/Key" is read from the settings,
+    // "@name" is the file of that name in the folder.
+    QString value(const QString& name) const
+    {
+        if (name.startsWith(u'@'))
+            return QString::fromLatin1(readFile(dir.filePath(name.mid(1))));
+        if (name.contains(u'/'))
+            return kelm::IniFile(ini()).read(name.section(u'/', 0, 0), name.section(u'/', 1), QStringLiteral("<none>"), 256);
+        QWidget* box = find<QWidget>(name);
+        if (auto* line = qobject_cast<QLineEdit*>(box))
+            return line->text();
+        if (auto* list = qobject_cast<QComboBox*>(box))
+            return list->currentText();
+        if (auto* label = qobject_cast<QLabel*>(box))
+            return label->text();
+        if (auto* text = qobject_cast<QPlainTextEdit*>(box))
+            return text->toPlainText();
+        if (qobject_cast<QPushButton*>(box))
+            return box->isEnabled() ? QStringLiteral("on") : QStringLiteral("off");
+        return qobject_cast<QAbstractButton*>(box)->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
+    }
+    // Steps a user takes: "box=value" fills a box; "box?value" waits until it shows the value, "box~text" until
+    // it shows the text somewhere; "<record" until the register got a record that starts so, "!record" none yet
+    // ("!": nothing at all); "#text" a message was shown; any other presses that button. False at the first
+    // step that fails, which is shown with what was there instead.
+    bool run(const QStringList& steps) const
+    {
+        for (const QString& step : steps) {
+            const QString rest = step.mid(1);
+            const auto sent = [&] {
+                const QStringList j = journal();
+                return std::any_of(j.begin(), j.end(), [&](const QString& record) { return record.startsWith(rest); });
+            };
+            bool ok = true;
+            QString seen;
+            if (step.startsWith(u'<')) {
+                ok = QTest::qWaitFor(sent, 5000);
+            } else if (step.startsWith(u'!')) {
+                ok = settle() && !sent();
+            } else if (step.startsWith(u'#')) {
+                ok = dialogs.shown.contains(rest);
+            } else if (const qsizetype at = step.indexOf(u'?'); at > 0) {
+                ok = QTest::qWaitFor([&] { return (seen = value(step.left(at))) == step.mid(at + 1); }, 5000);
+            } else if (const qsizetype in = step.indexOf(u'~'); in > 0) {
+                ok = QTest::qWaitFor([&] { return (seen = value(step.left(in))).contains(step.mid(in + 1)); }, 5000);
+            } else if (const qsizetype eq = step.indexOf(u'='); eq > 0) {
+                fill(step.left(eq), step.mid(eq + 1));
+            } else {
+                ok = find<QPushButton>(step);
+                if (ok)
+                    click(step);
+                ok = ok && settle();
+            }
+            if (!ok) {
+                qWarning("Step %s failed (%s)", qPrintable(step), qPrintable(seen));
+                return false;
+            }
+        }
+        return true;
+    }
     // Waits until `count` messages have been shown.
     bool shown(qsizetype count) const
     {
