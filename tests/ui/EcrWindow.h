@@ -20,6 +20,8 @@
 #include <QPlainTextEdit>
 #include <QMap>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -145,10 +147,15 @@ public:
             qobject_cast<QAbstractButton*>(box)->setChecked(value == u'1');
         }
     }
-    // What a box shows, as fill takes it; a push button is "on" or "off"; "Section/Key" is read from the settings,
-    // "@name" is the file of that name in the folder.
+    // What a box shows, as fill takes it; a push button its caption, or "off"; a tab page its tabs' captions;
+    // "tray" the tray's tip; "*pattern" the register's records that match; "Section/Key" is read from the settings,
+    // "@name" the file of that name in the folder.
     QString value(const QString& name) const
     {
+        if (name == u"tray")
+            return form->trayTip();
+        if (name.startsWith(u'*'))
+            return journal().filter(QRegularExpression(name.mid(1))).join(u'|');
         if (name.startsWith(u'@'))
             return QString::fromLatin1(readFile(dir.filePath(name.mid(1))));
         if (name.contains(u'/'))
@@ -162,14 +169,20 @@ public:
             return label->text();
         if (auto* text = qobject_cast<QPlainTextEdit*>(box))
             return text->toPlainText();
-        if (qobject_cast<QPushButton*>(box))
-            return box->isEnabled() ? QStringLiteral("on") : QStringLiteral("off");
+        if (auto* button = qobject_cast<QPushButton*>(box))
+            return button->isEnabled() ? button->text() : QStringLiteral("off");
+        if (auto* tabs = qobject_cast<QTabWidget*>(box)) {
+            QStringList captions;
+            for (int i = 0; i < tabs->count(); ++i)
+                captions << tabs->tabText(i);
+            return captions.join(u'|');
+        }
         return qobject_cast<QAbstractButton*>(box)->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
     }
-    // Steps a user takes: "box=value" fills a box; "box?value" waits until it shows the value, "box~text" until
-    // it shows the text somewhere; "<record" until the register got a record that starts so, "!record" none yet
-    // ("!": nothing at all); "#text" a message was shown; any other presses that button. False at the first
-    // step that fails, which is shown with what was there instead.
+    // Steps a user takes: "box=value" fills a box; "box?value" waits until it shows the value, "box~pattern" until
+    // what it shows matches; ">lines" drops a receipt file; "<record" until the register got a record that starts
+    // so, "!record" none yet ("!": nothing at all); "#text" a message was shown; any other presses that button.
+    // False at the first step that fails, which is shown with what was there instead.
     bool run(const QStringList& steps) const
     {
         for (const QString& step : steps) {
@@ -180,7 +193,9 @@ public:
             };
             bool ok = true;
             QString seen;
-            if (step.startsWith(u'<')) {
+            if (step.startsWith(u'>')) {
+                drop(rest.toLatin1());
+            } else if (step.startsWith(u'<')) {
                 ok = QTest::qWaitFor(sent, 5000);
             } else if (step.startsWith(u'!')) {
                 ok = settle() && !sent();
@@ -189,7 +204,8 @@ public:
             } else if (const qsizetype at = step.indexOf(u'?'); at > 0) {
                 ok = QTest::qWaitFor([&] { return (seen = value(step.left(at))) == step.mid(at + 1); }, 5000);
             } else if (const qsizetype in = step.indexOf(u'~'); in > 0) {
-                ok = QTest::qWaitFor([&] { return (seen = value(step.left(in))).contains(step.mid(in + 1)); }, 5000);
+                const QRegularExpression pattern(step.mid(in + 1));
+                ok = QTest::qWaitFor([&] { return pattern.match(seen = value(step.left(in))).hasMatch(); }, 5000);
             } else if (const qsizetype eq = step.indexOf(u'='); eq > 0) {
                 fill(step.left(eq), step.mid(eq + 1));
             } else {

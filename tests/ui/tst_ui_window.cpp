@@ -135,7 +135,11 @@ private Q_SLOTS:
         EcrWindow w;
         QCOMPARE(w.form->windowTitle(), QStringLiteral(" KelmDrev - Versione : ") + QStringLiteral(KELMDREV_VERSION));
         QVERIFY(w.ready());
-        QVERIFY(w.run({"sbMain_4?1.00", "txtIVA_0?22.00"})); // the start-up's "e/"
+        // The start-up's "e/"; captions the user looks for, the tabs keep their access keys.
+        QVERIFY(w.run({"sbMain_4?1.00", "txtIVA_0?22.00", "SSTabPrimaria?Configuraz. &PC|&Configuraz. ECR|Uso come &ECR|"
+                       "*Pannello del &Tecnico", "cmdChiusuraGIornaliera_0?Chiusura Giornaliera", "cmdTechFile?...",
+                       "cmdChiusuraGIornaliera_1?Chiusura Giornaliera", "cmdReportVenditeOP01_0?Totali Venduto",
+                       "cmdReportVenditeOP01_1?Totali Venduto"}));
         QVERIFY(readFile(w.ini()).contains("[Current]\r\nCampo=KD\r\nSN=99KDV000001\r\nNum=1\r\nFW=1.00\r\nDrev="
                                            KELMDREV_VERSION "\r\n"));
         QVERIFY(w.dialogs.shown.isEmpty());
@@ -147,17 +151,9 @@ private Q_SLOTS:
         QVERIFY(!w.find<QAction>("mnuViewVirtualEcr")->isChecked());
         w.find<QAction>("mnuViewVirtualEcr")->trigger();
         QVERIFY(dock->isVisible());
-        // Captions the user looks for; the tabs keep their access keys.
-        const QStringList tabs = {"Configuraz. &PC", "&Configuraz. ECR", "Uso come &ECR", "*Pannello del &Tecnico"};
-        for (int i = 0; i < 4; ++i)
-            QCOMPARE(w.find<QTabWidget>("SSTabPrimaria")->tabText(i), tabs[i]);
         auto* srv = w.find<QComboBox>("cmbSRVModalita");
         auto* label = qobject_cast<QFormLayout*>(srv->parentWidget()->layout())->labelForField(srv);
         QCOMPARE(qobject_cast<QLabel*>(label)->text(), QStringLiteral("Avvio"));
-        for (const auto& [button, caption] : {std::pair{"cmdChiusuraGIornaliera_0", "Chiusura Giornaliera"},
-                                              {"cmdChiusuraGIornaliera_1", "Chiusura Giornaliera"}, {"cmdTechFile", "..."},
-                                              {"cmdReportVenditeOP01_0", "Totali Venduto"}, {"cmdReportVenditeOP01_1", "Totali Venduto"}})
-            QCOMPARE(w.find<QPushButton>(button)->text(), QString::fromUtf8(caption));
         // A second window on the same folder is refused, and the running one comes forward from the tray.
         w.form->hide();
         MainForm second({w.dir.path(), false}, &w.dialogs, &w.passwords);
@@ -165,22 +161,6 @@ private Q_SLOTS:
         QCOMPARE(w.dialogs.shown, QStringList{"ATTENZIONE: Driver già attivo"});
         QTRY_VERIFY(w.form->isVisible());
         QCOMPARE(w.panel(3), QStringLiteral("KD-99KDV000001")); // the first one is untouched
-    }
-
-    void driverTroubleOnTheStatusBar()
-    {
-        EcrWindow w("ServerStato=On\r\nServerFile=scontrino.txt\r\n");
-        QVERIFY(w.ready());
-        w.drop("3/S/PANE//1/1.00/1/4/\r\n3/S/X//1/1.00/99/4/\r\n5/1/0.00/////\r\n");
-        QTRY_VERIFY_WITH_TIMEOUT(w.panel(2).startsWith("Comando '3/S/X//1/1.00/99/4/' - Errore N. "), 5000);
-        QVERIFY(w.panel(2).endsWith(QStringLiteral(" - Il reparto non esiste")));
-        QCOMPARE(w.panel(1), QStringLiteral("Attenzione!"));
-        QVERIFY(w.form->trayTip().endsWith(u'\n' + w.panel(2)));
-        QVERIFY(w.settle()); // it stays
-        QVERIFY(!w.panel(2).isEmpty());
-        w.drop("3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n");
-        QTRY_COMPARE_WITH_TIMEOUT(w.panel(2), QString(), 5000); // the next receipt went through
-        QCOMPARE(w.form->trayTip(), QStringLiteral("Kelm Drev - KD-99KDV000001\nDriver attivo"));
     }
 
     void technicianLogin_data()
@@ -285,38 +265,72 @@ private Q_SLOTS:
     void stepsInTheWindow_data()
     {
         // Section Parametri (none: the usual one), the answers to the questions, the steps (see EcrWindow::run);
-        // out: the records the register got that match, questions asked, messages shown.
-        columns<QByteArray, Buttons, QStringList, QString, QStringList, int, int>("ini", "answers", "steps", "match", "wire",
-                                                                                  "asked", "shown");
+        // out: questions asked, messages shown.
+        columns<QByteArray, Buttons, QStringList, int, int>("ini", "answers", "steps", "asked", "shown");
+        const QString trouble = "Comando '3/S/X//1/1.00/99/4/' - Errore N\\. .* - Il reparto non esiste$";
         // The folder name runs into the totals' file name, as always; "5" keys five cents.
         row("closure: Cancel closes nothing, both buttons alike", QByteArray(), Buttons{Button::Cancel, Button::Ok},
             kSale + QStringList{"cmdChiusuraGIornaliera_0", "@spoolTotali.txt?", "cmdChiusuraGIornaliera_1",
-                               "@spoolTotali.txt~TOTALE VENDITE = 0.05"},
-            QString("^x/7/"), QStringList{"x/7/0/0/"}, 2, 0);
+                               "@spoolTotali.txt~TOTALE VENDITE = 0.05", "*^x/7/?x/7/0/0/"}, 2, 0);
         row("reprint sets the parameter once; its second button is a placeholder", QByteArray(),
-            Buttons{Button::Yes, Button::Yes}, kSale + QStringList{"cmdDGFE_0", "cmdDGFE_0", "cmdDGFE_1"},
-            QString("^(B/12/|G/12/|\\)/120/)"), QStringList{"B/12/", "G/12/1/1/42/", ")/120/", "B/12/", ")/120/"}, 2, 0);
+            Buttons{Button::Yes, Button::Yes}, kSale + QStringList{"cmdDGFE_0", "cmdDGFE_0", "cmdDGFE_1",
+                        "*^(B/12/|G/12/|\\)/120/)?B/12/|G/12/1/1/42/|)/120/|B/12/|)/120/"}, 2, 0);
         // A model outside the table, a speed outside the list, and a ComN port that writes no device.
         row("stored settings survive a save", QByteArray("Modello=Cassa Nuova\r\nVelocita=19200\r\nPorta=3\r\n"),
             Buttons{}, QStringList{"cmdSalvaConfigPC", "Parametri/Modello?Cassa Nuova", "Parametri/Velocita?19200",
-                                         "Parametri/Porta?3", "Parametri/Dispositivo?<none>"},
-            QString(), QStringList{}, 0, 0);
+                                   "Parametri/Porta?3", "Parametri/Dispositivo?<none>"}, 0, 0);
         row("no model: the window runs without the register", QByteArray("Dispositivo=virtual\r\n"), Buttons{},
-            QStringList{"sbMain_1?Errore Nei Parametri", "sbMain_2?Tipo Modello non impostato", "!", "sbMain_3?"},
-            QString(), QStringList{}, 0, 0);
+            QStringList{"sbMain_1?Errore Nei Parametri", "sbMain_2?Tipo Modello non impostato", "!", "sbMain_3?"}, 0, 0);
+        row("driver trouble on the status bar, until a receipt goes through",
+            QByteArray("Modello=Kelm Brio\r\nVelocita=9600\r\nDispositivo=virtual\r\nServerStato=On\r\n"
+                       "ServerFile=scontrino.txt\r\n"), Buttons{},
+            QStringList{">3/S/PANE//1/1.00/1/4/\r\n3/S/X//1/1.00/99/4/\r\n5/1/0.00/////\r\n", "sbMain_2~^" + trouble,
+                        "sbMain_1?Attenzione!", "tray~\n" + trouble, "!H/", "sbMain_2~^" + trouble, // it stays
+                        ">3/S/PANE//1/1.00/1/4/\r\n5/1/0.00/////\r\n", "sbMain_2?",
+                        "tray?Kelm Drev - KD-99KDV000001\nDriver attivo"}, 0, 0);
+        // Of the programming pages, the records' fields and the messages' texts are the programming tests'; here, that
+        // each box is bound.
+        row("header: Cancel sends and saves nothing, OK saves then sends", QByteArray(), Buttons{Button::Cancel, Button::Ok},
+            QStringList{"txtHeaderText_0=BAR CENTRALE", "cmbHeaderAlign_0=Centrato", "cmdSetParametri_0", "!H/",
+                        "Intestazioni/Head1?<none>", "cmdSetParametri_0", "Intestazioni/Head1?20BAR CENTRALE",
+                        "<H/1/          BAR CENTRALE          /1//1//"}, 2, 1);
+        row("VAT rates", QByteArray(), Buttons{Button::Ok},
+            QStringList{"txtIVA_0=4.00", "txtIVA_1=10.00", "txtIVA_2=22.00", "txtIVA_3=5.00", "txtIVA_4=0.00",
+                        "cmdSetParametri_10", "<b/4.00/10.00/22.00/5.00/0.00/", "txtIVA_0=", "txtIVA_2=", "cmdReadIVA",
+                        "txtIVA_0?4.00", "txtIVA_2?22.00"}, 1, 1);
+        row("departments: only values from the register are sent", QByteArray(), Buttons{},
+            QStringList{"cmdSetParametri_3?off", "cmdreadParmIVAREP", "cmdSetParametri_3?Scarica reparti",
+                        "txtDEPTDescription_6=BEVANDE", "cmbDPTCodIVA_6=2", "cmdSetParametri_3", "<D/7/BEVANDE/2//////",
+                        "cmdDPTClear", "cmdSetParametri_3?off", "txtDEPTDescription_6?", "cmdreadParmIVAREP",
+                        "txtDEPTDescription_6?BEVANDE", "cmbDPTCodIVA_6?2"}, 0, 1);
+        // Empty rows would wipe the register's payment types: a read comes first. A typed slash shows as a backslash.
+        row("payment types", QByteArray(), Buttons{},
+            QStringList{"cmdSetParametri_6?off", "cmdReadPagamenti", "cmdSetParametri_6?Scarica pagamenti",
+                        "txtPagDescr_1=CARTA DI CREDITO", "txtPagDescrBreve_1=CARTA", "chkPagResto_1=1", "cmdSetParametri_6",
+                        "<Y/2/CREDITO/ARTA/10000000/0/0//1/0/", "cmdClearPagamenti", "txtPagDescr_1?", "chkPagAttivo_1?0",
+                        "chkPagResto_1?0", "cmdReadPagamenti", "txtPagDescr_1?CREDITO", "chkPagResto_1?1", "chkPagAttivo_1?1",
+                        "txtPagTasso_0=1/2", "txtPagTasso_0?1\\2", "txtPagMarkUp_8=1/2", "txtPagMarkUp_8?1\\2"}, 0, 1);
+        // S-parameters wait for a read or a reset; only the selected scroll message, typed into, is saved and sent.
+        row("S-parameters and scroll message", QByteArray(), Buttons{Button::Yes},
+            QStringList{"cmdSetParametri_9?off", "cmdResetParmS",
+                        "#Kelm Drev: Parametri S ripristinati a default ma non salvati.", "cmdSetParametri_9",
+                        "<S/00001100001000000001000000/999999/999999/1000000/99999999/0/0/0/1/CASSA -1/27/"
+                        "27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/8/0/", "txtBCPriceLead_0=1/2",
+                        "txtBCPriceLead_0?1\\2", "txtPRTIntensity=1/2", "txtPRTIntensity?1\\2", "txtScrollMSG_1=not selected",
+                        "optScrollMSGEnable_1=1", "txtScrollMSG_2= SALDI 20% ", "cmdSetParametri_7", "Messaggi/Msg3?SALDI 20%",
+                        "Messaggi/Msg2?<none>", "<o/SALDI 20%/", "txtScrollMSG_2=", "cmdReadScrolMSG",
+                        "txtScrollMSG_2?SALDI 20%"}, 1, 3);
     }
     void stepsInTheWindow()
     {
         EcrWindow w(kSettings, "virtual", false);
         if (!fetch<QByteArray>("ini").isEmpty())
             w.writeIni(fetch<QByteArray>("ini"));
-        QVERIFY(w.open());
+        QVERIFY(w.open() && w.settle());
         w.dialogs.answers = fetch<Buttons>("answers");
         QVERIFY(w.run(fetch<QStringList>("steps")) && w.settle());
-        if (const QString match = fetch<QString>("match"); !match.isEmpty())
-            QCOMPARE(w.journal().filter(QRegularExpression(match)), fetch<QStringList>("wire"));
         QCOMPARE(w.dialogs.asked.size(), fetch<int>("asked"));
-        QCOMPARE(w.dialogs.shown.size(), fetch<int>("shown"));
+        QVERIFY(w.shown(fetch<int>("shown")));
     }
 
     void keptLinesWaitWhileTheServerIsOff()
@@ -558,56 +572,6 @@ private Q_SLOTS:
             QVERIFY(QFile::remove(w.spool() + "/scontrino.txt"));
         }
         QCOMPARE(w.dialogs.shown.last(), QStringLiteral("Kelm Drev: File già esistente."));
-    }
-
-    void pagesSendAndReadBack_data()
-    {
-        // The answers to the questions, the steps (see EcrWindow::run); out: how many questions and messages.
-        // The records' fields and the messages' texts are the programming tests'; here, that each box is bound.
-        columns<Buttons, QStringList, int, int>("answers", "steps", "asked", "shown");
-        row("header: Cancel sends and saves nothing, OK saves then sends", Buttons{Button::Cancel, Button::Ok},
-            QStringList{"txtHeaderText_0=BAR CENTRALE", "cmbHeaderAlign_0=Centrato", "cmdSetParametri_0", "!H/",
-                        "Intestazioni/Head1?<none>", "cmdSetParametri_0", "Intestazioni/Head1?20BAR CENTRALE",
-                        "<H/1/          BAR CENTRALE          /1//1//"},
-            2, 1);
-        row("VAT rates", Buttons{Button::Ok},
-            QStringList{"txtIVA_0=4.00", "txtIVA_1=10.00", "txtIVA_2=22.00", "txtIVA_3=5.00", "txtIVA_4=0.00",
-                        "cmdSetParametri_10", "<b/4.00/10.00/22.00/5.00/0.00/", "txtIVA_0=", "txtIVA_2=", "cmdReadIVA",
-                        "txtIVA_0?4.00", "txtIVA_2?22.00"},
-            1, 1);
-        row("departments: only values from the register are sent", Buttons{},
-            QStringList{"cmdSetParametri_3?off", "cmdreadParmIVAREP", "cmdSetParametri_3?on", "txtDEPTDescription_6=BEVANDE",
-                        "cmbDPTCodIVA_6=2", "cmdSetParametri_3", "<D/7/BEVANDE/2//////", "cmdDPTClear", "cmdSetParametri_3?off",
-                        "txtDEPTDescription_6?", "cmdreadParmIVAREP", "txtDEPTDescription_6?BEVANDE", "cmbDPTCodIVA_6?2"},
-            0, 1);
-        // Empty rows would wipe the register's payment types: a read comes first. A typed slash shows as a backslash.
-        row("payment types", Buttons{},
-            QStringList{"cmdSetParametri_6?off", "cmdReadPagamenti", "cmdSetParametri_6?on", "txtPagDescr_1=CARTA DI CREDITO",
-                        "txtPagDescrBreve_1=CARTA", "chkPagResto_1=1", "cmdSetParametri_6",
-                        "<Y/2/CREDITO/ARTA/10000000/0/0//1/0/", "cmdClearPagamenti", "txtPagDescr_1?", "chkPagAttivo_1?0",
-                        "chkPagResto_1?0", "cmdReadPagamenti", "txtPagDescr_1?CREDITO", "chkPagResto_1?1", "chkPagAttivo_1?1",
-                        "txtPagTasso_0=1/2", "txtPagTasso_0?1\\2", "txtPagMarkUp_8=1/2", "txtPagMarkUp_8?1\\2"},
-            0, 1);
-        // S-parameters wait for a read or a reset; only the selected scroll message, typed into, is saved and sent.
-        row("S-parameters and scroll message", Buttons{Button::Yes},
-            QStringList{"cmdSetParametri_9?off", "cmdResetParmS",
-                        "#Kelm Drev: Parametri S ripristinati a default ma non salvati.", "cmdSetParametri_9",
-                        "<S/00001100001000000001000000/999999/999999/1000000/99999999/0/0/0/1/CASSA -1/27/"
-                        "27/27/27/27/27/27/27/27/29/29/29/29/29/29/29/29/29/8/0/", "txtBCPriceLead_0=1/2",
-                        "txtBCPriceLead_0?1\\2", "txtPRTIntensity=1/2", "txtPRTIntensity?1\\2", "txtScrollMSG_1=not selected",
-                        "optScrollMSGEnable_1=1", "txtScrollMSG_2= SALDI 20% ", "cmdSetParametri_7", "Messaggi/Msg3?SALDI 20%",
-                        "Messaggi/Msg2?<none>", "<o/SALDI 20%/", "txtScrollMSG_2=", "cmdReadScrolMSG",
-                        "txtScrollMSG_2?SALDI 20%"},
-            1, 3);
-    }
-    void pagesSendAndReadBack()
-    {
-        EcrWindow w;
-        QVERIFY(w.settle());
-        w.dialogs.answers = fetch<Buttons>("answers");
-        QVERIFY(w.run(fetch<QStringList>("steps")));
-        QCOMPARE(w.dialogs.asked.size(), fetch<int>("asked"));
-        QVERIFY(w.shown(fetch<int>("shown")));
     }
 
     void emptyAndUnknownIndices()
