@@ -22,6 +22,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -109,6 +110,7 @@ public:
     }
     QString ini() const { return dir.filePath("KelmDrev.ini"); }
     QString spool() const { return dir.filePath("spool"); }
+    QTableWidget* grid() const { return find<QTableWidget>(QStringLiteral("fgPLU")); } // the PLU page's
     QString panel(int n) const { return find<QLabel>(QStringLiteral("sbMain_%1").arg(n))->text(); }
     // True once the register's identity is on the status bar.
     bool ready() const
