@@ -12,7 +12,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QTest>
 #include <QThread>
 
 #include <atomic>
@@ -95,13 +94,6 @@ private:
     QByteArray received_;
 };
 
-// ecrsim, and the program's port to it.
-struct Sim : EcrSimProcess {
-    SerialPort port;
-    SystemClock clock;
-    EcrLink ecr{port, clock};
-};
-
 // One transaction: the link's result and the answer, as "result answer".
 QString transaction(EcrLink& link, const QString& record)
 {
@@ -166,20 +158,23 @@ private Q_SLOTS:
     }
     void ecrsimOverThePty()
     {
-        Sim sim;
+        EcrSimProcess sim; // and the program's port to it
+        SerialPort port;
+        SystemClock clock;
+        EcrLink ecr(port, clock);
         QVERIFY2(sim.start({"--fault", "can 1"}), qPrintable(sim.process.readAllStandardError()));
-        QVERIFY2(sim.port.open(sim.link, 9600), qPrintable(sim.port.lastError()));
-        QCOMPARE(transaction(sim.ecr, "a/"), QStringLiteral("1002 "));
+        QVERIFY2(port.open(sim.link, 9600), qPrintable(port.lastError()));
+        QCOMPARE(transaction(ecr, "a/"), QStringLiteral("1002 "));
         // What was received and not read is gone once the port closed.
-        sim.port.writeByte(frame::ENQ);
-        QVERIFY(sim.ecr.WaitForData(1000));
-        sim.port.close();
-        QVERIFY(sim.port.open(sim.link, 9600));
-        QCOMPARE(sim.port.bytesWaiting(), qint64(0));
-        QCOMPARE(transaction(sim.ecr, "a/"), QStringLiteral("0 00/00/01/99KDV000001/1/KD/IT/1.00/"));
+        port.writeByte(frame::ENQ);
+        QVERIFY(ecr.WaitForData(1000));
+        port.close();
+        QVERIFY(port.open(sim.link, 9600));
+        QCOMPARE(port.bytesWaiting(), qint64(0));
+        QCOMPARE(transaction(ecr, "a/"), QStringLiteral("0 00/00/01/99KDV000001/1/KD/IT/1.00/"));
         QCOMPARE(sim.command("busy 1"), QByteArray("ok"));
         QCOMPARE(sim.command("busy lots"), QByteArray("error: usage: busy [N]"));
-        QCOMPARE(transaction(sim.ecr, "x/7/0/0/"), QStringLiteral("0 1A/00/01/x/"));
+        QCOMPARE(transaction(ecr, "x/7/0/0/"), QStringLiteral("0 1A/00/01/x/"));
         QCOMPARE(sim.command("status"), QByteArray("receipt closed display \"            0.00|                \" records 1"));
 
         const int watcher = ::open(QFile::encodeName(sim.link).constData(), O_RDWR | O_NOCTTY);
@@ -193,14 +188,14 @@ private Q_SLOTS:
         ::close(watcher);
         const qint64 self = QCoreApplication::applicationPid();
         const double before = cpuSeconds(self);
-        QCOMPARE(int(sim.ecr.LinkHandshake()), 1004);
+        QCOMPARE(int(ecr.LinkHandshake()), 1004);
         QVERIFY2(cpuSeconds(self) - before < 0.5, "waiting on a dead line must sleep, not spin");
         QCOMPARE(sim.command("replug"), QByteArray("ok"));
         QCOMPARE(sim.nextLine(), QByteArray("replugged"));
-        QVERIFY(sim.port.open(sim.link, 9600));
-        QCOMPARE(transaction(sim.ecr, "a/").left(5), QStringLiteral("0 00/")); // faults used up before the pull stay so
+        QVERIFY(port.open(sim.link, 9600));
+        QCOMPARE(transaction(ecr, "a/").left(5), QStringLiteral("0 00/")); // faults used up before the pull stay so
 
-        sim.port.close();
+        port.close();
         sim.process.terminate(); // SIGTERM
         QVERIFY(sim.process.waitForFinished(5000));
         QCOMPARE(sim.process.exitStatus(), QProcess::NormalExit);

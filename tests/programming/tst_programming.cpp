@@ -29,7 +29,6 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <algorithm>
 #include <functional>
@@ -42,10 +41,7 @@ using In = const QStringList&;
 
 namespace {
 
-QString blanks(qsizetype n)
-{
-    return QString(n, u' ');
-}
+QString blanks(qsizetype n) { return QString(n, u' '); }
 
 // The cells of a row between slashes; "|" stands for a slash inside a cell.
 PluRow pluRow(const QString& line)
@@ -56,10 +52,7 @@ PluRow pluRow(const QString& line)
     return r;
 }
 
-QString joined(const PluRow& r)
-{
-    return QStringList(r.begin(), r.end()).join(u'/');
-}
+QString joined(const PluRow& r) { return QStringList(r.begin(), r.end()).join(u'/'); }
 
 PaymentFlags flagsOf(const QString& digits)
 {
@@ -73,10 +66,7 @@ QString digitsOf(const PaymentFlags& flags)
     return std::accumulate(flags.begin(), flags.end(), QString(), [](const QString& d, bool f) { return d + (f ? u'1' : u'0'); });
 }
 
-QString shown(const Notice& n)
-{
-    return n.title + ": " + n.text + " icon " + QString::number(int(n.icon));
-}
+QString shown(const Notice& n) { return n.title + ": " + n.text + " icon " + QString::number(int(n.icon)); }
 
 // The reset values with some changed: pairs of a place (flag 0, register number, name, bar code weight 0, intensity)
 // and its value.

@@ -14,7 +14,6 @@
 
 #include <QDir>
 #include <QRegularExpression>
-#include <QTest>
 
 #include <algorithm>
 #include <functional>
@@ -37,18 +36,13 @@ QStringList stepTexts(const ExchangeSteps& steps)
 }
 
 // The words of a key press: the answer cleared, the key sent, a short pause.
-QStringList keyWords(int code)
-{
-    return {"clear", QStringLiteral("send )/%1/").arg(code), "pause 100"};
-}
+QStringList keyWords(int code) { return {"clear", QStringLiteral("send )/%1/").arg(code), "pause 100"}; }
 
 int keyIndex(const QString& caption)
 {
     const auto k = std::ranges::find(ecrKeys(), caption, &EcrKey::caption);
     return k == ecrKeys().end() ? -1 : k->index;
 }
-
-const CustomerEntry kThreeLineCustomer{"01234567897", {"ROSSI SRL", "VIA ROMA 1", "00100 ROMA", "", "", ""}};
 
 // The forms as a person fills them: each OK with the next entry.
 struct FilledForms final : DocumentForms {
@@ -58,10 +52,7 @@ struct FilledForms final : DocumentForms {
     QList<CustomerEntry> customers;
 };
 
-QString yes(bool b)
-{
-    return b ? "yes" : "no";
-}
+QString yes(bool b) { return b ? "yes" : "no"; }
 
 // The VAT or fiscal code form: the button and the text; out: the outcome (0 closes), the length kept, the record
 // pending and the steps that send it.
@@ -118,7 +109,7 @@ QStringList completionOf(const QString& in)
     FiscalDocuments documents;
     QStringList out;
     if (in != "N") {
-        customerButton(documents, kAcceptButton, kThreeLineCustomer);
+        customerButton(documents, kAcceptButton, {"01234567897", {"ROSSI SRL", "VIA ROMA 1", "00100 ROMA", "", "", ""}});
         out << stepTexts(invoiceOpeningSteps(documents));
         invoiceOpened(documents, in.toInt());
     } else {
@@ -274,17 +265,16 @@ void TechnicianTest::rules_data()
     row("empty file", "file", "", QStringList());
     row("accepted", "answer", "00/00/01/", QStringList{"00/00/01/"});
     row("refused, status without slash, no answer", "answer", anyOf({"1A/00/", "00", ""}), QStringList{"Errore"});
-    const QString line1 = "            0.00", line2 = "BENVENUTI       ";
-    const QString full = "00/00/01/" + line1 + u'/' + line2 + u'/'; // nine header characters, the lines and their slashes
-    row("43 characters or more", "display", anyOf({full, full + "EXTRA/"}), QStringList{line1, line2});
+    // Nine header characters, the lines and their slashes.
+    const QString line2 = "BENVENUTI       ", full = "00/00/01/" + idle + u'/' + line2 + u'/';
+    row("43 characters or more", "display", anyOf({full, full + "EXTRA/"}), QStringList{idle, line2});
     row("42 characters, status only, empty", "display", anyOf({full.chopped(1), "00", ""}), QStringList());
     // Reads: the reads done, then the last answer; out: whether to read once more.
     const QString good = "00/00/01/" + QString(16, u'1') + u'/' + QString(16, u'2') + u'/', cut = good.left(42);
     row("a good read is enough, three at most", "again", anyOf({"1" + good, "3" + cut}), QStringList{"no"});
     row("cut or no answer: read again", "again", anyOf({"1" + cut, "2"}), QStringList{"yes"});
     // Idle, empty, blank, a word first, a comma or a second point ending the number, negative zero, a word after it.
-    const QString idleLine = "            0.00", word = "TOTALE      5.00";
-    row("zero", "zero", anyOf({idleLine, "", QString(16, u' '), word, "0,50", "0.0.5", "  -0.00", "0 PEZZI 5"}),
+    row("zero", "zero", anyOf({idle, "", QString(16, u' '), "TOTALE      5.00", "0,50", "0.0.5", "  -0.00", "0 PEZZI 5"}),
         QStringList{"zero"});
     row("amount", "zero", anyOf({"           12.50", "            0.01", "  -3.00", " 0 0 1"}), QStringList{"amount"});
     row("free text", "keys", "0/a", QStringList{"\\a"});
