@@ -2,10 +2,8 @@
 
 #include "programming/RecordFields.h"
 
-#include <QAbstractItemView>
 #include <QEvent>
 #include <QLineEdit>
-#include <QStyledItemDelegate>
 #include <QTimer>
 
 namespace kelm::ui {
@@ -30,28 +28,6 @@ void keepApplying(QLineEdit* edit, Rule rule)
 void makeSlashSafe(QLineEdit* edit)
 {
     keepApplying(edit, &programming::replaceSlashes);
-}
-
-namespace {
-
-class SlashSafeCells final : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
-                          const QModelIndex& index) const override
-    {
-        QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
-        if (auto* edit = qobject_cast<QLineEdit*>(editor))
-            makeSlashSafe(edit);
-        return editor;
-    }
-};
-
-} // namespace
-
-void makeSlashSafe(QAbstractItemView* grid)
-{
-    grid->setItemDelegate(new SlashSafeCells(grid));
 }
 
 void makeDigitsOnly(QLineEdit* edit)

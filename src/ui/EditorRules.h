@@ -2,7 +2,6 @@
 
 #include "technician/DocumentKeyFilter.h"
 
-class QAbstractItemView;
 class QLineEdit;
 
 namespace kelm::ui {
@@ -10,8 +9,6 @@ namespace kelm::ui {
 // A free-text box whose text goes into a record: a typed or pasted "/"
 // becomes "\" at once, so that the text can never close a field early.
 void makeSlashSafe(QLineEdit* edit);
-// The same for every cell typed into a grid.
-void makeSlashSafe(QAbstractItemView* grid);
 
 // A numeric box: only digits stay, whether typed or pasted.
 void makeDigitsOnly(QLineEdit* edit);
