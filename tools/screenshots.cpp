@@ -13,6 +13,8 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -98,6 +100,9 @@ int main(int argc, char** argv)
     for (int i = 0; i < tabs->count(); ++i) {
         tabs->setCurrentIndex(i);
         waitUntil([] { return false; }, 600); // the technician page reads the display
+        if (auto* area = qobject_cast<QScrollArea*>(tabs->currentWidget()); area && area->horizontalScrollBar()->isVisible())
+            std::printf("tab %d scrolls sideways: it needs %d pixels, the screen leaves %d\n", i,
+                        area->widget()->minimumSizeHint().width(), area->viewport()->width());
         const QString path = QStringLiteral("%1/tab-%2%3.png").arg(out).arg(i).arg(suffix);
         if (!form.grab().save(path))
             return 2;

@@ -31,17 +31,21 @@ QLabel* displayLine(const QString& name)
 
 // The keys laid out as on a register: the numeric block, the department
 // keys together, the payment keys apart, the function keys around them.
-// Each block is a grid of key indices, -1 leaving a place empty.
+// Each block is a grid of key indices, -1 leaving a place empty, in one of
+// two rows: the departments and payments under the function keys and the
+// numeric block, so that the keyboard fits a 1024-pixel screen beside the
+// virtual ECR without scrolling sideways.
 struct KeyBlock {
     const char* title;
+    int row;
     int columns;
     std::initializer_list<int> keys;
 };
 const KeyBlock kBlocks[] = {
-    {"Funzioni", 4, {0, 1, 2, 3, 4, 5, 6, 33, 8, 9, 10, 11, 37, 27, 25, 13, 47, -1, 48, 50, -1, 46, 44, 45}},
-    {"Tastierino", 4, {14, 15, 24, 7, 16, 17, 20, 12, 18, 19, 22, 49, 21, 23, 26, -1}},
-    {"Reparti", 2, {41, 38, 35, 32, 42, 39}},
-    {"Pagamenti", 2, {40, 34, 36, 43}},
+    {"Funzioni", 0, 4, {0, 1, 2, 3, 4, 5, 6, 33, 8, 9, 10, 11, 37, 27, 25, 13, 47, -1, 48, 50, -1, 46, 44, 45}},
+    {"Tastierino", 0, 4, {14, 15, 24, 7, 16, 17, 20, 12, 18, 19, 22, 49, 21, 23, 26, -1}},
+    {"Reparti", 1, 3, {41, 38, 35, 32, 42, 39}},
+    {"Pagamenti", 1, 2, {40, 34, 36, 43}},
 };
 
 // The PC's keys that press a key of the register on this page.
@@ -67,18 +71,17 @@ UsoEcrPage::UsoEcrPage(QWidget* parent)
     display->addWidget(LblDisp1_0);
     display->addWidget(LblDisp1_1);
 
-    auto* keys = new QHBoxLayout;
+    QHBoxLayout* keyRows[] = {new QHBoxLayout, new QHBoxLayout};
     QHash<int, QPushButton*> buttons;
     for (const technician::EcrKey& key : technician::ecrKeys()) {
         auto* button = namedButton(indexed(QStringLiteral("cmdECR"), key.index), key.caption);
-        button->setMinimumHeight(36);
+        // As wide as the caption, not the style's wider floor for buttons:
+        // a digit key needs no more room than a digit.
+        button->setMinimumSize(button->fontMetrics().horizontalAdvance(key.caption) + 16, 36);
         button->setProperty("Tag", key.code);
         buttons.insert(key.index, button);
         connect(button, &QPushButton::clicked, this, [this, index = key.index] { Q_EMIT cmdECR_Click(index); });
     }
-    // The departments and payments stacked, beside the numeric block, so
-    // that the keyboard fits a 1024-pixel screen beside the virtual ECR.
-    auto* stacked = new QVBoxLayout;
     for (const KeyBlock& block : kBlocks) {
         auto* box = new QGroupBox(QString::fromUtf8(block.title));
         auto* grid = new QGridLayout(box);
@@ -89,12 +92,8 @@ UsoEcrPage::UsoEcrPage(QWidget* parent)
             ++slot;
         }
         grid->setRowStretch(grid->rowCount(), 1);
-        if (block.columns > 2)
-            keys->addWidget(box, block.columns);
-        else
-            stacked->addWidget(box);
+        keyRows[block.row]->addWidget(box, block.columns);
     }
-    keys->addLayout(stacked, 2);
     // Keypad keys count as well: digits typed on either part of the keyboard.
     for (const PcKey& pc : kPcKeys)
         for (const int modifier : {0, int(Qt::KeypadModifier)}) {
@@ -123,7 +122,8 @@ UsoEcrPage::UsoEcrPage(QWidget* parent)
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(display);
-    layout->addLayout(keys);
+    for (QHBoxLayout* row : keyRows)
+        layout->addLayout(row);
     layout->addLayout(side);
     layout->addStretch();
 
