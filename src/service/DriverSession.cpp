@@ -15,8 +15,6 @@ namespace kelm::service {
 namespace {
 
 constexpr int kTickMs = 250;
-const QString kKeyboardSaleHold =
-    QStringLiteral("Vendita in corso dalla tastiera virtuale: gli scontrini dal PC attendono nella cartella");
 
 bool isOn(const QString& value)
 {
@@ -24,6 +22,9 @@ bool isOn(const QString& value)
 }
 
 } // namespace
+
+const QString kKeyboardSaleHold =
+    QStringLiteral("Vendita in corso dalla tastiera virtuale: gli scontrini dal PC attendono nella cartella");
 
 DriverSession::DriverSession(Options options, Operator& op) : options_(std::move(options)), op_(op) {}
 

@@ -23,6 +23,9 @@
 
 namespace kelm::service {
 
+// Panel 2 while a sale keyed on the virtual keyboard holds the receipts back.
+extern const QString kKeyboardSaleHold;
+
 // Driver mode as one piece: configuration, the line on its worker, the
 // register's identity and VAT rates, and the receipt server ticking every
 // 250 ms (and at once when a file lands in the spool folder). Headless mode
@@ -87,6 +90,7 @@ public:
     // until it is closed, so that a point-of-sale receipt never lands inside
     // it. Files that arrive meanwhile wait in the folder.
     void setKeyboardSaleOpen(bool open);
+    bool keyboardSaleHolds() const { return keyboardSale_; }
     // Whether the server believes a receipt is open on the register.
     bool receiptOpen() const { return receiptOpen_; }
     // The driver as it looks now; from any thread, never waits for the line.
@@ -137,7 +141,7 @@ private:
     std::unique_ptr<server::AnswerFiles> answers_;
     bool lineLost_ = false;
     bool vatRatesShown_ = false;
-    bool keyboardSale_ = false;
+    std::atomic<bool> keyboardSale_{false};
     VatRateTable vatRates_ = unknownVatRates();
     std::atomic<bool> serverEnabled_{true};
     bool runTimeListOn_ = true;

@@ -238,8 +238,12 @@ void MainForm::setPanel(int panel, const QString& text)
 {
     if (panel < 1 || panel > 4)
         return;
-    panels_[panel - 1]->setText(text);
-    panels_[panel - 1]->setToolTip(text);
+    // A command that clears the bar leaves the warning that receipts wait
+    // while a sale is open on the keyboard: it goes when the sale closes.
+    const bool held = text.isEmpty() && panel <= 2 && session_->keyboardSaleHolds();
+    const QString shown = !held ? text : panel == 1 ? kAttention : service::kKeyboardSaleHold;
+    panels_[panel - 1]->setText(shown);
+    panels_[panel - 1]->setToolTip(shown);
     if (tray_)
         tray_->setToolTip(trayTip());
 }
