@@ -25,6 +25,7 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 #include <QSystemTrayIcon>
 #include <QTabWidget>
@@ -216,6 +217,8 @@ void MainForm::showVirtualEcr()
     dock->setObjectName(QStringLiteral("dockVirtualEcr"));
     dock->setWidget(virtualEcr_);
     addDockWidget(Qt::RightDockWidgetArea, dock);
+    // Room for the register beside the pages, as far as the screen allows.
+    resize(qMin(width() + dock->sizeHint().width(), screen()->availableGeometry().width()), height());
     QAction* toggle = dock->toggleViewAction();
     toggle->setObjectName(QStringLiteral("mnuViewVirtualEcr"));
     mnuView_->addAction(toggle);
