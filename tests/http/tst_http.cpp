@@ -235,6 +235,7 @@ void HttpTest::receiptPrintedOnceAcrossRestart()
     QCOMPARE(panel.status, 200); // a panel command, with its result and the register's answer
     QCOMPARE(panel.json[QStringLiteral("result")].toInt(), 0);
     QVERIFY(panel.json[QStringLiteral("answer")].toString().startsWith(QStringLiteral("00/")));
+    QVERIFY(call("GET", "/api/v1/status").json["lastError"].isNull()); // the identity on the bar is no error
     const QByteArray body = R"({"id":"R-1","lines":["3/S/CAFFÈ//1/1.20/1/1/","5/1/0.00/////"]})";
     Reply reply = call("POST", "/api/v1/receipts", body);
     QCOMPARE(reply.status, 202);

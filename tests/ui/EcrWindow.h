@@ -150,8 +150,8 @@ public:
         }
     }
     // What a box shows, as fill takes it; a push button its caption, or "off"; a tab page its tabs' captions;
-    // "tray" the tray's tip; "*pattern" the register's records that match; "Section/Key" is read from the settings,
-    // "@name" the file of that name in the folder.
+    // "<none>" when there is no such box; "tray" the tray's tip; "*pattern" the register's records that match;
+    // "Section/Key" is read from the settings, "@name" the file of that name in the folder.
     QString value(const QString& name) const
     {
         if (name == u"tray")
@@ -163,6 +163,8 @@ public:
         if (name.contains(u'/'))
             return kelm::IniFile(ini()).read(name.section(u'/', 0, 0), name.section(u'/', 1), QStringLiteral("<none>"), 256);
         QWidget* box = find<QWidget>(name);
+        if (!box)
+            return QStringLiteral("<none>");
         if (auto* line = qobject_cast<QLineEdit*>(box))
             return line->text();
         if (auto* list = qobject_cast<QComboBox*>(box))
