@@ -62,13 +62,6 @@ void RunTimeLog::WriteLog(const QString& message, const QString& record) const
     file.write(ansi::encode(logLine(when, message, record) + QStringLiteral("\r\n")));
 }
 
-void insertRunTimeEntry(QStringList& entries, const QString& entry)
-{
-    entries.prepend(entry);
-    while (entries.size() > kRunTimeListCap)
-        entries.removeLast();
-}
-
 RunTimeEntryDetail runTimeEntryDetail(const QString& entry)
 {
     if (entry.size() <= kTagWidth)

@@ -58,8 +58,6 @@ inline const QString kEcrTag = QStringLiteral("ECR        : ");
 // The list keeps the newest entry on top and at most this many entries.
 constexpr qsizetype kRunTimeListCap = 10000;
 
-void insertRunTimeEntry(QStringList& entries, const QString& entry);
-
 // What a double click on a run-time list entry shows.
 struct RunTimeEntryDetail {
     bool coherent = false; // false: a critical box with `text` and the program's own title

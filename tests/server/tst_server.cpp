@@ -388,15 +388,6 @@ private slots:
         QVERIFY(QFile::exists(dir.filePath(QStringLiteral("DREV 20111223.log"))));
     }
 
-    void runTimeList()
-    {
-        QStringList entries;
-        for (int i = 0; i <= kelm::kRunTimeListCap; ++i)
-            kelm::insertRunTimeEntry(entries, QString::number(i));
-        QCOMPARE(entries.size(), kelm::kRunTimeListCap);
-        QCOMPARE(entries.first(), QString::number(kelm::kRunTimeListCap));
-        QCOMPARE(entries.last(), QStringLiteral("1"));
-    }
 
     void entryDetail_data()
     {

@@ -11,6 +11,7 @@
 #include "server/PendingQueue.h"
 #include "technician/TestReceipts.h"
 #include "technician/VirtualKeyboard.h"
+#include "ui/ConfigPcTab.h"
 #include "ui/DlgPreviewIntestazione.h"
 #include "ui/EcrConfigTab.h"
 #include "ui/FrmCliente.h"
@@ -26,6 +27,7 @@
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QFormLayout>
+#include <QListWidget>
 #include <QPainter>
 #include <QProcess>
 #include <QProgressBar>
@@ -145,6 +147,12 @@ private Q_SLOTS:
         QCOMPARE(w.dialogs.shown, QStringList{"ATTENZIONE: Driver già attivo"});
         QTRY_VERIFY(w.form->isVisible());
         QCOMPARE(w.panel(3), QStringLiteral("KD-99KDV000001")); // the first one is untouched
+        // The run-time list: the newest entry on top, ten thousand at most.
+        auto* list = w.find<QListWidget>("lstRunTime");
+        w.fill("chkRunTimeLog", "1");
+        for (int i = 0; i <= 10000; ++i)
+            w.form->findChild<ui::ConfigPcTab*>()->addRunTimeEntry(QString::number(i));
+        QCOMPARE(list->item(0)->text() + u'|' + list->item(list->count() - 1)->text(), QStringLiteral("10000|1"));
     }
 
     void technicianLogin_data()
