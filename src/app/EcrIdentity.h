@@ -2,7 +2,6 @@
 
 #include "app/IniFile.h"
 
-#include <QMetaType>
 #include <QString>
 
 namespace kelm {
@@ -25,5 +24,3 @@ EcrIdentity parseIdentity(const QString& answer);
 void writeIdentity(const IniFile& ini, const EcrIdentity& identity, const QString& programVersion);
 
 } // namespace kelm
-
-Q_DECLARE_METATYPE(kelm::EcrIdentity)

@@ -44,7 +44,6 @@ ReceiptState receiptState(const QList<LineOutcome>& lines)
 QString stateName(ReceiptState state) { return kStateNames.at(std::size_t(state)); }
 QString fateName(LineFate fate) { return kFateNames.at(std::size_t(fate)); }
 QString reasonName(NotSentReason reason) { return kReasonNames.at(std::size_t(reason)); }
-ReceiptState stateFromName(const QString& name) { return fromName<ReceiptState>(kStateNames, name); }
 LineFate fateFromName(const QString& name) { return fromName<LineFate>(kFateNames, name); }
 NotSentReason reasonFromName(const QString& name) { return fromName<NotSentReason>(kReasonNames, name); }
 

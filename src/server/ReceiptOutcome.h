@@ -112,7 +112,6 @@ inline bool isFinal(ReceiptState state) { return state != ReceiptState::InProgre
 QString stateName(ReceiptState state);
 QString fateName(LineFate fate);
 QString reasonName(NotSentReason reason);
-ReceiptState stateFromName(const QString& name);
 LineFate fateFromName(const QString& name);
 NotSentReason reasonFromName(const QString& name);
 

@@ -124,7 +124,6 @@ void DriverSession::lineUp(const EcrIdentity& identity)
         st.nextTry = {};
     });
     outcomes_.setIdentity(identity);
-    Q_EMIT identityRead(identity);
 
     PanelCommand panel(line_->link(), op_);
     const VatRatesRead rates = panel(QStringLiteral("e/")) == 0 ? parseVatRates(panel.LastAnswer) : VatRatesRead{};

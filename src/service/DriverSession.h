@@ -103,7 +103,6 @@ public:
     void queueRequest(const QString& id, const QStringList& lines);
 
 Q_SIGNALS:
-    void identityRead(const kelm::EcrIdentity& identity);
     // The VAT rates as the first "e/" after start-up read them, one text a
     // rate, as the read button of the VAT page shows them.
     void vatRatesRead(const QStringList& rates);

@@ -13,7 +13,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace kelm;
 using Mode = CommandLine::Mode;

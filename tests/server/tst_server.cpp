@@ -441,7 +441,6 @@ private slots:
             else if (line.fate == LineFate::NotSent)
                 line.reason = NotSentReason::FatalError;
         QTEST(receipt.state(), "state");
-        QTEST(stateFromName(stateName(fetch<ReceiptState>("state"))), "state");
         QTEST(kelm::service::receiptAlert(receipt, start), "alert");
     }
 
