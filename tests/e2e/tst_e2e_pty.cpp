@@ -164,7 +164,7 @@ private Q_SLOTS:
         QCOMPARE(bench.command("replug"), QByteArray("ok"));
         QTRY_VERIFY_WITH_TIMEOUT(fileLines(bench.journal).contains(receipt.last()), 20000);
         QTRY_VERIFY_WITH_TIMEOUT(answerOf(bench.spool, "a.txt").state != QStringLiteral("in_corso"), 5000);
-        QVERIFY((said += driver.readAllStandardError()).contains("ECR di nuovo in linea"));
+        QVERIFY((said += driver.readAllStandardError()).contains("ECR di nuovo in linea") && said.contains("Firmware ECR: 1.00"));
         driver.terminate(); // SIGTERM
         QVERIFY(driver.waitForFinished(15000));
         QCOMPARE(driver.exitCode(), 0);
